@@ -219,8 +219,8 @@ struct Walker {
     State state = State::Top;
     const char* sectionEnd = nullptr;  // end keyword of the grid section in progress
     int* sectionDone = nullptr;
-    Rotor* lastRotor = nullptr;  // rotor keys act on the rotor made last
-    const char* v = nullptr;     // value behind the keyword last found
+    Rotor* lastRotor = nullptr;
+    const char* v = nullptr;  // value behind the keyword last found
 
     bool has(const char* line, const char* key) {
         int found;
@@ -315,9 +315,15 @@ struct Walker {
             b->pointsFile = strdup(v);
         } else if (has(line, "used in solver: ")) {
             b->usedInSolver = holdsTrue(v);
-        } else if (!lastRotor) {
-            // Rotor keys before any rotor was made have nothing to act on and are ignored.
-        } else if (has(line, "center: ")) {
+        } else if (lastRotor) {
+            rotorKey(line);
+        }
+        // Rotor keys before any rotor was made have nothing to act on and are ignored.
+    }
+
+    // The rotor keys act on the rotor made last, whichever body it belongs to.
+    void rotorKey(const char* line) {
+        if (has(line, "center: ")) {
             read_xyz(v, lastRotor->center);
         } else if (has(line, "radius: ")) {
             lastRotor->radius = std::atof(v);
