@@ -1,4 +1,4 @@
-// Debug dump of the three grid lines as read from the specification.
+// Debug dump of the three grid lines as read from the specification text.
 #include <cstdio>
 
 #include "readFileC.h"

@@ -11,7 +11,7 @@
 #include "bodies.h"
 #include "readFileC.h"
 
-// Puts options, grid lines, the spec collection, the section flags and the body table back to
+// Puts options, grid lines, the grid-spec collection, the section flags and the body table back to
 // the state before a run (the old storage is left behind, as the generator never frees it).
 inline void reset_generator_records() {
     init_options2();
