@@ -29,4 +29,7 @@ TEST(CopyRotorFile, EmptyOrUnreadableSources) {
     CopyRotorFile(dir / "missing", dir / "copy");
     EXPECT_TRUE(PathExists(dir / "copy"));
     EXPECT_EQ(ReadWholeFile(dir / "copy"), "");
+
+    CopyRotorFile(dir / "empty", dir / "no-such-dir/copy");
+    EXPECT_FALSE(PathExists(dir / "no-such-dir"));
 }

@@ -140,8 +140,8 @@ TEST(CommandLine, FloatingConversions) {
 }
 
 TEST(CommandLine, BooleanConversion) {
-    Parse({"-a", "true", "-b", "t", "-c", "yes", "-d", "y", "-e", "false", "-f", "f", "-g", "no",
-           "-h", "n", "-i=-0.5", "-j", "0.0", "-k", "+3", "-l", "True", "-m", "1.5x"});
+    Parse({"-a", "true", "-b", "t",       "-c", "yes", "-d", "y",  "-e", "false", "-f", "f",   "-g",
+           "no", "-h",   "n",  "-i=-0.5", "-j", "0.0", "-k", "+3", "-l", "True",  "-m", "1.5x"});
     const std::vector<std::pair<std::string, bool>> expected = {
         {"a", true},  {"b", true},  {"c", true}, {"d", true},  {"e", false}, {"f", false},
         {"g", false}, {"h", false}, {"i", true}, {"j", false}, {"k", true}};

@@ -56,4 +56,6 @@ TEST(GetExecutablePath, NameWithSlashIsTakenAsAPath) {
     EXPECT_EQ(GetExecutablePath(dir / "prog").Get(), dir / "prog");
     EXPECT_FALSE(GetExecutablePath(dir / "data").IsInitialized());
     EXPECT_FALSE(GetExecutablePath(dir / "missing").IsInitialized());
+    unsetenv("PATH");
+    EXPECT_FALSE(GetExecutablePath("sh").IsInitialized());
 }
