@@ -83,7 +83,7 @@ TEST_F(FullSpan, PlaneInsideTheBodiesEndsTheRun) {
     give_points(&Xgdln, {0, 1, 2, 3}, 0.5, 2);
     Xgdln.fullSpanAbout = 1;
     EXPECT_EXIT(full_span_mirror_grid(&Xgdln), ::testing::ExitedWithCode(1),
-                "^\nERROR: can not do fullspan about a pt\\. inside bodies range\n$");
+                "^\nERROR: can not do fullspan about a pt\\. inside bodies range\n");
 }
 
 TEST_F(FullSpan, TwoAxesGiveFourDeepCopiesOfEachBody) {
