@@ -19,3 +19,10 @@ void set_all_bodies_min_max(double* xMin, double* xMax, double* yMin, double* yM
 // Adds t to every body's data and box, full-span copies included.
 void trAllBdyPts(const double t[3]);
 void dbgpr_body_info(FILE* stream, const Body* bodies, int count, const char* title);
+// Reads a points file: " %d %d" (cuts, points per cut), then per cut " %lf" and the (q1, q2)
+// pairs; '#' comments may stand before any number. Unreadable input ends the process.
+void read_body_cuts_pts(Body* body, FILE* stream);
+// Adds origin to the body's data unless all three components are 0.0.
+void tr_origBdypts_if_needed(Body* body);
+// Multiplies the body's data by the factors (rotor radius by f[0], absolute thickness by f[2]).
+void scale_origBdypts(Body* body, const double factors[3]);
