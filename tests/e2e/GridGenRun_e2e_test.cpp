@@ -1,0 +1,195 @@
+// End-to-end runs of the Kavex3_GridGen executable in fresh run directories.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <boost/filesystem/operations.hpp>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "ScratchDir.h"
+
+namespace {
+
+struct RunResult {
+    int status;  // exit status as the shell sees it, or -1 when the program didn't exit
+    std::string strStdout;
+    std::string strStderr;
+};
+
+// Runs the executable with the given arguments from workDir, capturing its inherited streams.
+RunResult RunProgram(const std::string& workDir, const std::vector<std::string>& arguments) {
+    ScratchDir capture;
+    const std::string outPath = capture / "stdout", errPath = capture / "stderr";
+    const pid_t pid = fork();
+    if (pid == 0) {
+        if (chdir(workDir.c_str()) != 0) _exit(120);
+        if (!freopen(outPath.c_str(), "w", stdout) || !freopen(errPath.c_str(), "w", stderr)) {
+            _exit(121);
+        }
+        std::vector<char*> argv = {const_cast<char*>(KAVEX_GRIDGEN_EXE)};
+        for (const std::string& argument : arguments)
+            argv.push_back(const_cast<char*>(argument.c_str()));
+        argv.push_back(nullptr);
+        execv(KAVEX_GRIDGEN_EXE, argv.data());
+        _exit(122);
+    }
+    int status = 0;
+    waitpid(pid, &status, 0);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadWholeFile(outPath),
+            ReadWholeFile(errPath)};
+}
+
+std::set<std::string> FilesIn(const std::string& directory) {
+    std::set<std::string> names;
+    for (const auto& entry : boost::filesystem::directory_iterator(directory)) {
+        names.insert(entry.path().filename().string());
+    }
+    return names;
+}
+
+const std::string kBanner = "Vantor Version 0.9.15 (Beta) Build 396\n\n";
+
+const std::string kCutProject = R"(Start Options
+    Grid Start Point: (0.0,0.0,0.0)
+    Debug Level: 0
+    Layer File: layers.dat
+End Options
+Start Body Definitions
+    New Body
+                          name: Plate
+                          type: XcutPlanes
+                   Points File: plate.cut
+                used in solver: True
+    #
+End Body Definitions
+)";
+
+// A run directory holding a project with one cut body and a rotor file.
+struct CutProjectRun {
+    ScratchDir dir;
+    std::string strProject = dir / "cut.Grid";
+    std::string strRotor = dir / "rotor.SlvrRot";
+    CutProjectRun() {
+        WriteWholeFile(strProject, kCutProject);
+        WriteWholeFile(strRotor, "0\n");
+    }
+    std::vector<std::string> Arguments() const {
+        return {"-Grid", strProject, "-SlvrRot", strRotor, "-pth", dir.Path()};
+    }
+    std::string Log(const char* suffix) const {
+        return ReadWholeFile(dir / "Kavex3_GridGen" + suffix);
+    }
+};
+
+}  // namespace
+
+TEST(GridGenRun, CutBodyProjectTakesTheShortPathAndCleansUp) {
+    CutProjectRun run;
+    const RunResult r = RunProgram(run.dir.Path(), run.Arguments());
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.strStdout, "");
+    EXPECT_EQ(r.strStderr, "");
+    EXPECT_EQ(run.Log(".out"), kBanner + "Reading .Grid file (" + run.strProject +
+                                   ")...\nBegin Grid Generation...\n");
+    EXPECT_EQ(run.Log(".err"), "");
+    EXPECT_EQ(FilesIn(run.dir.Path()),
+              (std::set<std::string>{"cut.Grid", "rotor.SlvrRot", "Kavex3_GridGen.out",
+                                     "Kavex3_GridGen.err"}));
+    EXPECT_EQ(ReadWholeFile(run.strProject), kCutProject);
+}
+
+TEST(GridGenRun, MissingParameterFailsBeforeTheLogs) {
+    CutProjectRun run;
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"-Grid", run.strProject, "-SlvrRot", run.strRotor},
+          {"-Grid", run.strProject, "-pth", run.dir.Path()},
+          {"-SlvrRot", run.strRotor, "-pth", run.dir.Path()},
+          {"-Grid", run.strProject, "-SlvrRot", "-pth", run.dir.Path()},
+          {"Grid", run.strProject, "SlvrRot", run.strRotor, "pth", run.dir.Path()}}) {
+        const RunResult r = RunProgram(run.dir.Path(), arguments);
+        EXPECT_EQ(r.status, 255);
+        EXPECT_EQ(r.strStdout, "");
+        EXPECT_EQ(r.strStderr, "GRID GEN ERROR:  Incorrect command line arguments\n");
+        EXPECT_EQ(FilesIn(run.dir.Path()), (std::set<std::string>{"cut.Grid", "rotor.SlvrRot"}));
+    }
+}
+
+TEST(GridGenRun, RunDirectoryThatCantTakeTheLogs) {
+    CutProjectRun run;
+    const std::string missing = run.dir / "no-such-dir";
+    const RunResult r = RunProgram(
+        run.dir.Path(), {"-Grid", run.strProject, "-SlvrRot", run.strRotor, "-pth", missing});
+    EXPECT_EQ(r.status, 255);
+    EXPECT_EQ(r.strStdout, "");
+    EXPECT_EQ(r.strStderr, "GRID GEN ERROR:  Could not open the logs in " + missing +
+                               ": No such file or directory\n");
+}
+
+TEST(GridGenRun, LinkIdRules) {
+    CutProjectRun run;
+    // Negative in the "=" form: an error, reported in the error log after the banner.
+    std::vector<std::string> arguments = run.Arguments();
+    arguments.push_back("-linkid=-1");
+    RunResult r = RunProgram(run.dir.Path(), arguments);
+    EXPECT_EQ(r.status, 255);
+    EXPECT_EQ(r.strStderr, "");
+    EXPECT_EQ(run.Log(".out"), kBanner);
+    EXPECT_EQ(run.Log(".err"), "GRID GEN ERROR:  Valid linkID must be specified\n");
+    EXPECT_FALSE(PathExists(run.dir / "temp.Grid"));
+    EXPECT_FALSE(PathExists(run.dir / "temp.SlvrRot"));
+
+    // A valid link number: the run can't reach its parent and says so rather than run unlinked.
+    arguments = run.Arguments();
+    arguments.insert(arguments.begin(), {"--linkid", "0x10"});
+    r = RunProgram(run.dir.Path(), arguments);
+    EXPECT_EQ(r.status, 255);
+    EXPECT_EQ(run.Log(".out"), kBanner);
+    EXPECT_EQ(run.Log(".err"),
+              "GRID GEN ERROR: Failed to start the link manager: Couldn't open shared memory");
+
+    // Written apart, -1 is a parameter name; no value, or no number, means no link.
+    const std::string done =
+        kBanner + "Reading .Grid file (" + run.strProject + ")...\nBegin Grid Generation...\n";
+    for (const std::vector<std::string>& extra :
+         {std::vector<std::string>{"-linkid", "-1"}, {"-linkid"}, {"-linkid", "abc"}}) {
+        arguments = run.Arguments();
+        arguments.insert(arguments.end(), extra.begin(), extra.end());
+        r = RunProgram(run.dir.Path(), arguments);
+        EXPECT_EQ(r.status, 0) << extra.size();
+        EXPECT_EQ(run.Log(".out"), done);
+        EXPECT_EQ(run.Log(".err"), "");
+    }
+}
+
+TEST(GridGenRun, MissingOrEmptyProjectAndUnreadableRotorStillFinish) {
+    CutProjectRun run;
+    WriteWholeFile(run.dir / "empty.Grid", "");
+    for (const std::string& project : {run.dir / "empty.Grid", run.dir / "missing.Grid"}) {
+        const RunResult r = RunProgram(run.dir.Path(), {"-Grid=" + project, "-SlvrRot",
+                                                        run.dir / "none", "-pth", run.dir.Path()});
+        EXPECT_EQ(r.status, 0);
+        EXPECT_EQ(run.Log(".out"),
+                  kBanner + "Reading .Grid file (" + project + ")...\nBegin Grid Generation...\n");
+        EXPECT_EQ(run.Log(".err"), "");
+        EXPECT_FALSE(PathExists(run.dir / "temp.SlvrRot"));
+        EXPECT_FALSE(PathExists(run.dir / "temp.Grid"));
+    }
+}
+
+TEST(GridGenRun, SurfaceBodiesEndWithAClearFailure) {
+    CutProjectRun run;
+    WriteWholeFile(run.strProject,
+                   "Start Body Definitions\n  New Body\n   type: STL\n   Points File: a.stl\n"
+                   "   used in solver: True\n  #\nEnd Body Definitions\n");
+    const RunResult r = RunProgram(run.dir.Path(), run.Arguments());
+    EXPECT_EQ(r.status, 255);
+    EXPECT_EQ(run.Log(".out"), kBanner + "Reading .Grid file (" + run.strProject + ")...\n");
+    EXPECT_EQ(run.Log(".err"),
+              "GRID GEN ERROR:  STL and Plot3D bodies can't be read: this build has no mesh "
+              "reader\n");
+    EXPECT_EQ(FilesIn(run.dir.Path()),
+              (std::set<std::string>{"cut.Grid", "rotor.SlvrRot", "Kavex3_GridGen.out",
+                                     "Kavex3_GridGen.err"}));
+}
