@@ -29,73 +29,75 @@ const char* const kWingCuts =
     "  0.5  0.25\n"
     " -0.5  0.25\n";
 
-std::string project_text(const std::string& wingFile) {
-    return "# generator specification\n"
-           "Start Options\n"
-           "    Grid Start Point: (-1.5,0.0,2.0)\n"
-           "    Conversion Factor: (2.0,2.0,2.0)\n"
-           "    Debug Level: 0\n"
-           "    Solver Input File: run/solver.inp\n"
-           "    Layer File: run/layers.lyr\n"
-           "End Options\n"
-           "Start Body Definitions\n"
-           "    New Body\n"
-           "        name: Wing\n"
-           "        type: XcutPlanes\n"
-           "        Points File: " +
-           wingFile +
-           "\n"
-           "        used in solver: True\n"
-           "    #\n"
-           "    New Body\n"
-           "        name: Rotor1\n"
-           "        type: Z-Plane Rotor\n"
-           "        center: (1.0,2.0,3.0)\n"
-           "        radius: 0.5\n"
-           "        half thickness: 0.1\n"
-           "        Is Absolute Thickness: False\n"
-           "        used in solver: False\n"
-           "    #\n"
-           "End Body Definitions\n"
-           "Body X-GridSpec\n"
-           "    New GridSpec\n"
-           "        in: Wing\n"
-           "        number of Grids: 10\n"
-           "    #\n"
-           "    New GridSpec\n"
-           "        from: Wing L1.0\n"
-           "        to: Wing L0.5\n"
-           "        number of Grids: 4\n"
-           "        GP Ratio: -1.2\n"
-           "        Grid Line On From: False\n"
-           "    #\n"
-           "    New GridSpec\n"
-           "        from: Rotor1 L0\n"
-           "        to: Rotor1 L1\n"
-           "    #\n"
-           "End X-Grid Spec\n"
-           "Body Y-GridSpec\n"
-           "    New GridSpec\n"
-           "        from: Wing L0\n"
-           "        to: Wing L0.5\n"
-           "        number of Grids: 7.5\n"
-           "        GP Ratio: 1.1\n"
-           "        Maintain Symmetry About: Wing L0.5\n"
-           "    #\n"
-           "    New GridSpec\n"
-           "        in: Rotor1\n"
-           "        number of Grids: 0\n"
-           "        Grid Line On From: Yes, True\n"
-           "        Grid Line On To: False\n"
-           "    #\n"
-           "End Y-Grid Spec\n"
-           "Body Z-GridSpec\n"
-           "    New GridSpec\n"
-           "        in: Rotor1\n"
-           "        number of Grids: 3\n"
-           "    #\n"
-           "End Z-Grid Spec\n";
+// Replaces the first "@FILE@" of text by path.
+std::string with_file(std::string text, const std::string& path) {
+    return text.replace(text.find("@FILE@"), 6, path);
 }
+
+const char* const kProject = R"(# generator specification
+Start Options
+    Grid Start Point: (-1.5,0.0,2.0)
+    Conversion Factor: (2.0,2.0,2.0)
+    Debug Level: 0
+    Solver Input File: run/solver.inp
+    Layer File: run/layers.lyr
+End Options
+Start Body Definitions
+    New Body
+        name: Wing
+        type: XcutPlanes
+        Points File: @FILE@
+        used in solver: True
+    #
+    New Body
+        name: Rotor1
+        type: Z-Plane Rotor
+        center: (1.0,2.0,3.0)
+        radius: 0.5
+        half thickness: 0.1
+        Is Absolute Thickness: False
+        used in solver: False
+    #
+End Body Definitions
+Body X-GridSpec
+    New GridSpec
+        in: Wing
+        number of Grids: 10
+    #
+    New GridSpec
+        from: Wing L1.0
+        to: Wing L0.5
+        number of Grids: 4
+        GP Ratio: -1.2
+        Grid Line On From: False
+    #
+    New GridSpec
+        from: Rotor1 L0
+        to: Rotor1 L1
+    #
+End X-Grid Spec
+Body Y-GridSpec
+    New GridSpec
+        from: Wing L0
+        to: Wing L0.5
+        number of Grids: 7.5
+        GP Ratio: 1.1
+        Maintain Symmetry About: Wing L0.5
+    #
+    New GridSpec
+        in: Rotor1
+        number of Grids: 0
+        Grid Line On From: Yes, True
+        Grid Line On To: False
+    #
+End Y-Grid Spec
+Body Z-GridSpec
+    New GridSpec
+        in: Rotor1
+        number of Grids: 3
+    #
+End Z-Grid Spec
+)";
 
 void expect_spec(const BdyGdspc& s, double from, double to, double nGds, double ratio, int fxdFrom,
                  int fxdTo) {
@@ -111,7 +113,7 @@ void expect_spec(const BdyGdspc& s, double from, double to, double nGds, double 
 // X [1, 3], Y [3, 5], Z [6 - 0.1, 6 + 0.1] (centre (2, 4, 6), radius 1, thickness ratio 0.1).
 TEST_F(ReadFileCTest, RealisticProjectFillsOptionsLinesAndBodies) {
     const std::string wing = write_temp_file("wing.cut", kWingCuts);
-    manage_gridgen_input(write_temp_file("project.spec", project_text(wing)).c_str());
+    manage_gridgen_input(write_temp_file("project.spec", with_file(kProject, wing)).c_str());
 
     EXPECT_EQ(gd_options.gridStart[0], -1.5);
     EXPECT_EQ(gd_options.gridStart[1], 0.0);
@@ -293,47 +295,48 @@ TEST_F(ReadFileCTest, PositionsRelativeToBodies) {
 
 // Keyword quirks: "#" inside a value, rotor keys without a rotor, unknown words, names with
 // blanks, other sections' end keywords, reversed specs, empty positions and CRLF names.
-// "Main Wing" is two X planes at 0 and 8, each a single point (0, 0).
+// "Main Wing" is two X planes at 0 and 8, each a single point (0, 0). The blank behind
+// "from:" is part of the key: that position is empty.
 TEST_F(ReadFileCTest, RecordEndsAndSplitPositions) {
     const std::string wing = write_temp_file("mainwing.cut", "2 1\n0.0\n0 0\n8.0\n0 0\n");
-    const std::string spec = write_temp_file("quirks.spec",
-                                             "Start Body Definitions\n"
-                                             "New Body\n"
-                                             "center: (9.0,9.0,9.0)\n"
-                                             "name: Odd#1\n"
-                                             "type: X-Plane Rotor\n"
-                                             "New Body\n"
-                                             "name: Main Wing\n"
-                                             "type: XcutPlanes\n"
-                                             "Points File: " +
-                                                 wing +
-                                                 "\n"
-                                                 "#\n"
-                                                 "New Body\n"
-                                                 "name: Ball\n"
-                                                 "type: Sphere\n"
-                                                 "#\n"
-                                                 "New Body\r\n"
-                                                 "name: Cr\r\n"
-                                                 "#\r\n"
-                                                 "End Body Definitions\n"
-                                                 "Body X-GridSpec\n"
-                                                 "End Y-Grid Spec\n"
-                                                 "New GridSpec\n"
-                                                 "from: Main Wing L0.25\n"
-                                                 "to: Main Wing L-0.5\n"
-                                                 "GP Ratio: 1.2\n"
-                                                 "Grid Line On To: False\n"
-                                                 "number of Grids: 2.5\n"
-                                                 "#\n"
-                                                 "New GridSpec\n"
-                                                 "to: Main Wing L0.5\n"
-                                                 "from: \n"
-                                                 "number of Grids: 1\n"
-                                                 "Maintain Symmetry About: Nowhere\n"
-                                                 "#\n"
-                                                 "End X-Grid Spec\n"
-                                                 "Start Options\nDebug Level: 0\nEnd Options\n");
+    const char* const text = R"(Start Body Definitions
+New Body
+center: (9.0,9.0,9.0)
+name: Odd#1
+type: X-Plane Rotor
+New Body
+name: Main Wing
+type: XcutPlanes
+Points File: @FILE@
+#
+New Body
+name: Ball
+type: Sphere
+#
+)"
+                             "New Body\r\nname: Cr\r\n#\r\n"
+                             R"(End Body Definitions
+Body X-GridSpec
+End Y-Grid Spec
+New GridSpec
+from: Main Wing L0.25
+to: Main Wing L-0.5
+GP Ratio: 1.2
+Grid Line On To: False
+number of Grids: 2.5
+#
+New GridSpec
+to: Main Wing L0.5
+from: 
+number of Grids: 1
+Maintain Symmetry About: Nowhere
+#
+End X-Grid Spec
+Start Options
+Debug Level: 0
+End Options
+)";
+    const std::string spec = write_temp_file("quirks.spec", with_file(text, wing));
     manage_gridgen_input(spec.c_str());
     ASSERT_EQ(numBdys, 4);
     EXPECT_EQ(allBdys[0].name, nullptr);
@@ -405,13 +408,10 @@ TEST_F(ReadFileCDeathTest, FatalInputEndsWithStatusOne) {
                 "^\nError: Incorrect body name 'Nope'\n$");
     // Without a blank before the L the name loses its last letter.
     const std::string wing = write_temp_file("w.cut", "1 1\n0.0\n0 0\n");
-    const std::string glued =
-        write_temp_file("glued.spec",
-                        "Start Body Definitions\nNew Body\nname: Wing\ntype: XcutPlanes\n"
-                        "Points File: " +
-                            wing +
-                            "\n#\nEnd Body Definitions\n"
-                            "Body Y-GridSpec\nNew GridSpec\nto: Wing L1\nfrom: WingL0.5\n#\n");
+    const char* const text =
+        "Start Body Definitions\nNew Body\nname: Wing\ntype: XcutPlanes\nPoints File: @FILE@\n"
+        "#\nEnd Body Definitions\nBody Y-GridSpec\nNew GridSpec\nto: Wing L1\nfrom: WingL0.5\n";
+    const std::string glued = write_temp_file("glued.spec", with_file(text, wing));
     EXPECT_EXIT(manage_gridgen_input(glued.c_str()), testing::ExitedWithCode(1),
                 "^\nError: Incorrect body name 'Win'\n$");
 }
