@@ -1,0 +1,410 @@
+// End-to-end runs of the executable on cut-body projects: every output file compared byte for
+// byte with files built here from the grid rules, by independent arithmetic and formatting.
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using Pts = std::vector<double>;
+
+std::string fmt(const char* format, ...) __attribute__((format(printf, 1, 2)));
+std::string fmt(const char* format, ...) {
+    va_list args;
+    va_start(args, format);
+    const int n = std::vsnprintf(nullptr, 0, format, args);
+    va_end(args);
+    std::string text(n + 1, '\0');
+    va_start(args, format);
+    std::vsnprintf(text.data(), text.size(), format, args);
+    va_end(args);
+    text.pop_back();
+    return text;
+}
+
+// The body of every project: a cube [0,10]^3 as two X cut planes of the square (Y, Z).
+//   Z
+//   10 +-----+        planes at X = 0 and X = 10
+//      |     |
+//    0 +-----+ Y
+//      0     10
+const char* kCube = "2 5\n0\n0 0\n0 10\n10 10\n10 0\n0 0\n10\n0 0\n0 10\n10 10\n10 0\n0 0\n";
+
+// One run directory with the project, rotor and cut files; removed afterwards.
+class RunDir {
+  public:
+    RunDir() {
+        char tmpl[] = "/tmp/gdrun_e2e_XXXXXX";
+        dir_ = mkdtemp(tmpl);
+    }
+    ~RunDir() { fs::remove_all(dir_); }
+    const std::string& path() const { return dir_; }
+    void write(const std::string& name, const std::string& text) const {
+        std::ofstream(dir_ + "/" + name, std::ios::binary) << text;
+    }
+    std::string read(const std::string& name) const {
+        std::ifstream in(dir_ + "/" + name, std::ios::binary);
+        std::stringstream s;
+        s << in.rdbuf();
+        return s.str();
+    }
+    // Runs the executable from the run directory, so relative names in the project land there.
+    int run(const std::string& project) const {
+        write("proj.Grid", project);
+        write("rotor.SlvrRot", "r\n");
+        write("1-x.cut", kCube);
+        const std::string cmd = "cd '" + dir_ + "' && '" KAVEX_GRIDGEN_EXE "' -Grid '" + dir_ +
+                                "/proj.Grid' -SlvrRot '" + dir_ + "/rotor.SlvrRot' -pth '" + dir_ +
+                                "' >/dev/null 2>&1";
+        return std::system(cmd.c_str());
+    }
+    std::string driver_log() const {
+        return "Vantor Version 0.9.15 (Beta) Build 396\n\nReading .Grid file (" + dir_ +
+               "/proj.Grid)...\nBegin Grid Generation...\n";
+    }
+
+  private:
+    std::string dir_;
+};
+
+// ---- Project text -------------------------------------------------------------------------
+
+std::string options(int debugLevel, const std::string& start, const std::string& layerFile) {
+    std::string text = "Start Options\nGrid Start Point: " + start + "\n";
+    text += fmt("Debug Level: %d\n", debugLevel);
+    if (!layerFile.empty()) text += "Layer File: " + layerFile + "\n";
+    return text + "End Options\n";
+}
+
+const char* kBodies =
+    "Start Body Definitions\nNew Body\nname: Box\ntype: XcutPlanes\nPoints File: cube.cut\n"
+    "used in solver: False\n#\nEnd Body Definitions\n";
+
+std::string spec(const std::string& from, const std::string& to, const std::string& nGds,
+                 const std::string& extra = "") {
+    return "New GridSpec\nfrom: Box L" + from + "\nto: Box L" + to + "\nnumber of Grids: " + nGds +
+           "\n" + extra + "#\n";
+}
+
+std::string section(char axis, const std::string& specs) {
+    return fmt("Body %c-GridSpec\n", axis) + specs + fmt("End %c-Grid Spec\n", axis);
+}
+
+// ---- Grid rules, worked independently ------------------------------------------------------
+
+// A position "Box L v" on a cube axis [0, 10].
+double at(double v) {
+    return 0.0 + (10.0 - 0.0) * v;
+}
+
+// Inner points of n cells over [from, to): uniform by repeated addition, or graded by ratio r.
+void cells(Pts& out, double from, double to, int n, double r = 1.0) {
+    out.push_back(from);
+    double x = from;
+    if (r == 1.0) {
+        for (int k = 1; k < n; ++k) out.push_back(x = x + (to - from) / n);
+        return;
+    }
+    std::vector<double> w(n);
+    double sum = 0.0;
+    for (int k = 0; k < n; ++k) sum += (w[k] = k == 0 ? 1.0 : w[k - 1] * r);
+    for (int k = 0; k + 1 < n; ++k) out.push_back(x = x + w[k] * ((to - from) / sum));
+}
+
+struct Axis {
+    Pts line, before, after, final;
+    double start = 0.0, t = 0.0;
+    // Corner points: start twice, before-widths, shifted line, after-widths, last point again.
+    void finish() {
+        final = {start, start};
+        for (double w : before) final.push_back(final.back() + w);
+        t = final.back() - line[0];
+        final.pop_back();
+        for (double p : line) final.push_back(p + t);
+        for (double w : after) final.push_back(final.back() + w);
+        final.push_back(final.back());
+    }
+};
+
+std::string grid_file(const Axis a[3]) {
+    const int n[3] = {int(a[0].final.size()), int(a[1].final.size()), int(a[2].final.size())};
+    std::string text = fmt("# %f %f %f\n%d %d %d\n", a[0].t, a[1].t, a[2].t, n[0], n[1], n[2]);
+    for (int c = 0; c < 3; ++c)
+        for (int k = 0; k < n[2]; ++k)
+            for (int j = 0; j < n[1]; ++j)
+                for (int i = 0; i < n[0]; ++i)
+                    text += fmt(" %12.5f", a[c].final[c == 0 ? i : c == 1 ? j : k]);
+    return text + "\n# Num. of Body Cells:\n0\n";
+}
+
+std::string solver_file(const Axis a[3], const std::string& cellLines = "", int nCells = 0) {
+    const char* names[3][2] = {{"IE", "X"}, {"JE", "Y"}, {"KE", "Z"}};
+    std::string text =
+        fmt("# Num. of X, Y & Z Cell-Widths: IE = %d; JE = %d; KE = %d\n",
+            int(a[0].final.size()) - 1, int(a[1].final.size()) - 1, int(a[2].final.size()) - 1);
+    for (int c = 0; c < 3; ++c) {
+        const Pts& p = a[c].final;
+        text += fmt("#\n# %s = Num. of %s-Cell-Widths:\n%d\n# %s-Cell-Widths\n", names[c][0],
+                    names[c][1], int(p.size()) - 1, names[c][1]);
+        for (size_t i = 1; i < p.size(); ++i) text += fmt("%3d %27.18G\n", int(i), p[i] - p[i - 1]);
+    }
+    text += fmt("#\n# Num. of Body Cells:\n%d\n", nCells);
+    text += "# Body Cells ({I-index, J-index, K-index} of the cells)\n" + cellLines;
+    return text + "#\n# Number of Rotors:\n0\n";
+}
+
+std::string column(const Pts& x, int i) {
+    const int n = int(x.size());
+    if (i >= n) return fmt(" %18s %18s %18s", " ", " ", " ");
+    if (i == n - 1) return fmt(" %18.12G %18.12G %18s", x[i], 0.0, "N/A");
+    if (i == 0) return fmt(" %18.12G %18.12G %18s", x[0], x[1] - x[0], "N/A");
+    const double w = x[i + 1] - x[i];
+    if (w == 0) return fmt(" %18.12G %18.12G %18s", x[i], w, "infinity");
+    return fmt(" %18.12G %18.12G %18.12G", x[i], w, (x[i] - x[i - 1]) / w);
+}
+
+std::string corner_table(const Axis a[3]) {
+    std::string text = fmt("\nNum. Of I, J, K Corner Points: IE = %d; JE = %d; KE = %d\n",
+                           int(a[0].final.size()), int(a[1].final.size()), int(a[2].final.size()));
+    text += "\nSeq";
+    for (char c : {'X', 'Y', 'Z'})
+        text += fmt(" %18s %18s %18s", fmt("%c Corner-Pts", c).c_str(), fmt("%c Widths", c).c_str(),
+                    fmt("%cW[(n-1)/n]", c).c_str());
+    text += "\n";
+    const size_t rows = std::max({a[0].final.size(), a[1].final.size(), a[2].final.size()});
+    for (size_t n = 0; n < rows; ++n)
+        text += fmt("%3d", int(n + 1)) + column(a[0].final, int(n)) + column(a[1].final, int(n)) +
+                column(a[2].final, int(n)) + "\n";
+    return text +
+           "\nBody Cells (adjusted to Solver F77 array starting at 1 instead of 0)\nNum. of Body "
+           "Cells: 0\n";
+}
+
+void expect_files(const RunDir& run, const Axis a[3], const std::string& debug) {
+    EXPECT_EQ(run.read("KX3.grid.dat"), grid_file(a));
+    EXPECT_EQ(run.read("SolverGdInp.dat"), solver_file(a));
+    EXPECT_EQ(run.read("Lcl2Gbl.dat"), fmt("%f %f %f \n", a[0].t, a[1].t, a[2].t));
+    EXPECT_EQ(run.read("Kavex3_GridGen.out"), run.driver_log() + debug);
+    EXPECT_EQ(run.read("Kavex3_GridGen.err"), "");
+    EXPECT_FALSE(fs::exists(run.path() + "/temp.Grid"));
+}
+
+TEST(GdRunE2E, UniformGradedOverlappingForcedFractionalAndReversedSpecs) {
+    // X: 10 cells over the cube and 10 more over [4,6]: pieces of 4, 10 and 4 cells.
+    // Y: 5 cells of ratio 1.2 with a forced point at 5: 3.0468 and 1.9532 cells, rounded to 3, 2.
+    // Z: 3.5 cells over [0,7], rounded to 4; "from 10 to 7" with ratio 2 is [7,10] with ratio 0.5.
+    // No layer file: no layers.
+    const std::string project =
+        options(0, "(-5.0,1.5,100.0)", "") + kBodies +
+        section('X', spec("0", "1", "10") + spec("0.4", "0.6", "10")) +
+        section('Y', spec("0", "1", "5", "GP Ratio: 1.2\n") + spec("0.5", "0.5", "0")) +
+        section('Z', spec("0", "0.7", "3.5") + spec("1", "0.7", "3", "GP Ratio: 2\n"));
+    RunDir run;
+    ASSERT_EQ(run.run(project), 0) << run.read("Kavex3_GridGen.err");
+
+    Axis a[3];
+    a[0].start = -5.0;
+    a[1].start = 1.5;
+    a[2].start = 100.0;
+    cells(a[0].line, at(0), at(0.4), 4);
+    cells(a[0].line, at(0.4), at(0.6), 10);
+    cells(a[0].line, at(0.6), at(1), 4);
+    a[0].line.push_back(at(1));
+    cells(a[1].line, at(0), at(0.5), 3, 1.2);
+    cells(a[1].line, at(0.5), at(1), 2, 1.2);
+    a[1].line.push_back(at(1));
+    cells(a[2].line, at(0), at(0.7), 4);
+    cells(a[2].line, at(0.7), at(1), 3, 1.0 / 2);
+    a[2].line.push_back(at(1));
+    for (Axis& axis : a) axis.finish();
+    expect_files(run, a, "");
+}
+
+const char* kLayers =
+    "# X before: a chain of 2 cells ratio 2 into 2 cells ratio -1.25, length 3*1 + 1*1\n"
+    "2\n1 3.0 1.0 -2 2\n2 1.0 1.0 2 -1.25\n"
+    "# Y before: one layer, ratio 0 meaning 1\n1\n1 2 2 4 0\n"
+    "# Z before\n0\n"
+    "# X after: one graded layer\n1\n1 7 1 3 2\n"
+    "# Y after\n0\n"
+    "# Z after: negative count on the last layer\n1\n1 1 3 -3 1\n";
+
+void layer_widths(Axis a[3]) {
+    // X before: raw widths 1, 2 | 2, 1.6, scaled to 4 over their sum.
+    const double raw[4] = {1.0, 2.0, 2.0, 2.0 * (-1.0 / -1.25)};
+    const double sum = raw[0] + raw[1] + raw[2] + raw[3];
+    for (double w : raw) a[0].before.push_back(w * (4.0 / sum));
+    a[1].before = {1.0, 1.0, 1.0, 1.0};
+    a[0].after = {1.0, 2.0, 4.0};
+    a[2].after = {1.0, 1.0, 1.0};
+}
+
+TEST(GdRunE2E, SymmetryAndLayersWithTheCornerTable) {
+    // X: 7 cells over [2,10] kept symmetric about 5: folded pieces [0,2] with 1.75 cells (from
+    // the mirror [0,8]) and [2,5] with 2.625 cells, rounded to 2 and 3, then reflected about 5.
+    const std::string project =
+        options(3, "(0.0,0.0,0.0)", "layers.dat") + kBodies +
+        section('X', spec("0.2", "1", "7", "Maintain Symmetry About: Box L0.5\n")) +
+        section('Y', spec("0", "1", "2")) + section('Z', spec("0", "1", "1"));
+    RunDir run;
+    run.write("layers.dat", kLayers);
+    ASSERT_EQ(run.run(project), 0) << run.read("Kavex3_GridGen.err");
+
+    Axis a[3];
+    cells(a[0].line, 0, 2, 2);
+    cells(a[0].line, 2, 5, 3);
+    a[0].line.push_back(5);
+    for (int q = 4; q >= 0; --q) a[0].line.push_back(2 * 5.0 - a[0].line[q]);
+    ASSERT_EQ(a[0].line.size(), 11u);
+    cells(a[1].line, 0, 10, 2);
+    a[1].line.push_back(10);
+    a[2].line = {0, 10};
+    layer_widths(a);
+    for (Axis& axis : a) axis.finish();
+    expect_files(run, a, corner_table(a));
+    EXPECT_NE(run.read("Kavex3_GridGen.out").find("infinity"), std::string::npos);
+}
+
+// ---- Debug levels on a small project -------------------------------------------------------
+
+std::string vals(const char* title, const Pts& v) {
+    std::string text = fmt("%s\nNo. of Vals: %d\n", title, int(v.size()));
+    for (size_t i = 0; i < v.size(); ++i) text += fmt("[%d]   %18.12f\n", int(i + 1), v[i]);
+    return text;
+}
+
+std::string specs(const char* title, int n, double from, double to, double nGds, const char* ff,
+                  const char* ft) {
+    std::string text = fmt("%s\nNo. of Grid Specs: %d\n", title, n);
+    for (int i = 1; i <= n; ++i)
+        text +=
+            fmt("[%d] from: %18.12f; to: %18.12f; nGds: %f gp_ratio: %9.5f; FxdFrom: %s; "
+                "FxdTo: %s\n",
+                i, from, to, nGds, 1.0, ff, ft);
+    return text;
+}
+
+std::string reader_line(char axis, bool symm) {
+    std::string text = fmt("\nGrid Line Type: %c Line\n", axis);
+    if (symm) text += "Symmetry must be maintained about: 5.000000\nCommon Symmetry: False\n";
+    text += fmt("All Bodies %c Minimum: 0.000000\nAll Bodies %c Maximum: 10.000000\n", axis, axis);
+    text +=
+        "\nNo. of Grid Specs: 1\n\nFrom: 0.000000\nTo: 10.000000\nNum. Grids: 2.000000\n"
+        "GP Ratio: 1.000000\nFrom Line Fxd: True\nTo Line Fxd: True\n";
+    return text + "\nNumber of Forced Grid Points: 0\nForced Grid Points: \n";
+}
+
+std::string layer_dump(const char* title, const Pts& widths) {
+    std::string text = fmt("\n\n%s\n\nLayer Starting Position: %12.5G\n", title, 0.0);
+    text += fmt("\nNumber of Layers: %d\n", widths.empty() ? 0 : 1);
+    if (!widths.empty())
+        text += fmt("%3s %12s %12s %9s %9s\n", "", "Length", "GPratio", "Num-Cells", "Nxt-Cnctd") +
+                fmt("%3d %12.5G %12.5G %9d %9s\n", 1, 2.0, 1.0, 2, "F");
+    text += fmt("\nNumber of Cell Widths: %d\n", int(widths.size()));
+    if (!widths.empty()) text += fmt("%3s %12s\n", "", "CellWidths");
+    for (size_t k = 0; k < widths.size(); ++k) text += fmt("%3d %12.5G\n", int(k + 1), widths[k]);
+    return text;
+}
+
+// Debug output of the small project at a level: each part appears above its threshold.
+std::string small_debug(int level, const RunDir& run, const Axis a[3]) {
+    std::string text;
+    if (level > 5)
+        text += "\nGrid Lines - almost just after reading in the spec\n" + reader_line('X', false) +
+                reader_line('Y', false) + reader_line('Z', true);
+    const Pts line = {0, 5, 10};
+    for (char axis : {'X', 'Y'}) {
+        (void)axis;
+        if (level > 9)
+            text += vals("\nPre-Fixed Pts - after sorting before rm-dups:", {0, 10}) +
+                    vals("Pre-Fixed Pts:", {0, 10}) +
+                    specs("Grid Specs made at prefixed pts.:", 1, 0, 10, 2, "F", "F") +
+                    specs("Grid Specs after marking forced pts.:", 1, 0, 10, 2, "T", "T") +
+                    specs("Grid Specs after merging very small gds.:", 1, 0, 10, 2, "T", "T");
+        if (level > 5) text += vals("\nGrid-Line Pts:", line);
+    }
+    // Z about 5: 10 folds onto 0; the spec and its mirror both cover [0,10]; one piece [0,5].
+    if (level > 9)
+        text += vals("\nPre-Fixed Pts - before mirroring & sorting:", {0, 10, 5}) +
+                vals("\nPre-Fixed Pts - after sorting before rm-dups:", {0, 0, 5}) +
+                vals("Pre-Fixed Pts:", {0, 5}) +
+                specs("Symmetry Mirrored Grid Specs:", 2, 0, 10, 2, "T", "T") +
+                specs("Grid Specs made at prefixed pts.:", 1, 0, 5, 1, "F", "F") +
+                specs("Grid Specs after marking forced pts.:", 1, 0, 5, 1, "T", "T") +
+                specs("Grid Specs after merging very small gds.:", 1, 0, 5, 1, "T", "T");
+    if (level > 5) text += vals("\nGrid-Line Pts:", line);
+    if (level > 3) {
+        text +=
+            "\nBefore Layer Added\nNo. of Bodys: 1\n\nBody Name: Box\nBody Points Type: "
+            "XcutPlanes\nBody Points File: " +
+            run.path() +
+            "/1-x.cut\nUsed In Solver: False\nFull Span Used In Solver: False\nBounding Box: "
+            "(MinXYZ: 0.000000, 0.000000, 0.000000) to (MaxXYZ: 10.000000, 10.000000, "
+            "10.000000)\n";
+        text += layer_dump("X-Layer Before Body", {1.0, 1.0}) +
+                layer_dump("Y-Layer Before Body", {}) + layer_dump("Z-Layer Before Body", {}) +
+                layer_dump("X-Layer After Body", {}) + layer_dump("Y-Layer After Body", {}) +
+                layer_dump("Z-Layer After Body", {});
+        text +=
+            fmt("\nBody Points Translated By: [%25.18G, %25.18G, %25.18G]\nBody Cells Indices "
+                "Translated By: [%d, %d, %d]\n",
+                a[0].t, a[1].t, a[2].t, 3, 1, 1);
+    }
+    if (level > 0) text += corner_table(a);
+    return text;
+}
+
+TEST(GdRunE2E, DebugOutputAtEachLevelThreshold) {
+    // 2 cells on each axis over the cube, Z symmetric about its middle; one X layer before.
+    for (int level : {0, 3, 5, 9, 10}) {
+        const std::string project =
+            options(level, "(1.0,2.0,3.0)", "layers.dat") + kBodies +
+            section('X', spec("0", "1", "2")) + section('Y', spec("0", "1", "2")) +
+            section('Z', spec("0", "1", "2", "Maintain Symmetry About: Box L0.5\n"));
+        RunDir run;
+        run.write("layers.dat", "1\n1 1 2 2 1\n0 0 0 0 0\n");
+        ASSERT_EQ(run.run(project), 0) << run.read("Kavex3_GridGen.err");
+        Axis a[3];
+        for (Axis& axis : a) axis.line = {0, 5, 10};
+        a[0].start = 1.0;
+        a[1].start = 2.0;
+        a[2].start = 3.0;
+        a[0].before = {1.0, 1.0};
+        for (Axis& axis : a) axis.finish();
+        SCOPED_TRACE(level);
+        expect_files(run, a, small_debug(level, run, a));
+    }
+}
+
+TEST(GdRunE2E, BodyCellsReachTheSolverFileOneBased) {
+    // X, Y, Z each 4 cells over [-5, 15]: the cube fills cells 1 and 2 of each axis; with no
+    // layers the shift is 1 and the solver counts from 1, so the cells are 3 and 4.
+    std::string project = options(0, "(0.0,0.0,0.0)", "") + kBodies;
+    project.replace(project.find("used in solver: False"), 21, "used in solver: True");
+    for (char axis : {'X', 'Y', 'Z'}) project += section(axis, spec("-0.5", "1.5", "4"));
+    RunDir run;
+    ASSERT_EQ(run.run(project), 0) << run.read("Kavex3_GridGen.err");
+    Axis a[3];
+    for (Axis& axis : a) {
+        cells(axis.line, at(-0.5), at(1.5), 4);
+        axis.line.push_back(at(1.5));
+        axis.finish();
+    }
+    std::string cellLines;
+    for (int i = 3; i <= 4; ++i)
+        for (int j = 3; j <= 4; ++j)
+            for (int k = 3; k <= 4; ++k) cellLines += fmt("%d, %d, %d\n", i, j, k);
+    EXPECT_EQ(run.read("SolverGdInp.dat"), solver_file(a, cellLines, 8));
+    EXPECT_EQ(run.read("KX3.grid.dat"), grid_file(a));
+}
+
+}  // namespace
