@@ -1,0 +1,8 @@
+// Umbrella header of the FEL mesh library: includes every public header.
+#pragma once
+
+#include "FEL_bitvector.h"
+#include "FEL_exception.h"
+#include "FEL_matrix33.h"
+#include "FEL_pointer.h"
+#include "FEL_vector3.h"
