@@ -1,0 +1,79 @@
+// Tests of the reference count and the owning pointer.
+#include "FEL_pointer.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace {
+
+// Counts its live instances and may own a child, so that tests see destruction.
+class Probe : public FEL_mutex_reference_counted_object {
+  public:
+    explicit Probe(int* live, const std::string& name = "probe")
+        : FEL_mutex_reference_counted_object(name), live(live) {
+        ++*live;
+    }
+    ~Probe() override { --*live; }
+    FEL_pointer<Probe> child;
+
+  private:
+    int* live;
+};
+
+TEST(FEL_pointer, CountsHoldersAndDestroysWithTheLast) {
+    int live = 0;
+    {
+        FEL_pointer<Probe> a(new Probe(&live));
+        EXPECT_EQ(a->get_reference_count(), 1);
+        {
+            FEL_pointer<Probe> b = a;
+            EXPECT_EQ(a->get_reference_count(), 2);
+            FEL_pointer<FEL_reference_counted_object> base = b;
+            EXPECT_EQ(a->get_reference_count(), 3);
+        }
+        EXPECT_EQ(a->get_reference_count(), 1);
+        EXPECT_EQ(live, 1);
+        a = nullptr;
+        EXPECT_TRUE(a.null());
+        EXPECT_EQ(live, 0);
+    }
+    EXPECT_EQ(live, 0);
+}
+
+TEST(FEL_pointer, SelfAssignmentKeepsTheObject) {
+    int live = 0;
+    FEL_pointer<Probe> a(new Probe(&live));
+    FEL_pointer<Probe>& alias = a;
+    a = alias;
+    a = a.get();
+    ASSERT_FALSE(a.null());
+    EXPECT_EQ(a->get_reference_count(), 1);
+    EXPECT_EQ(live, 1);
+}
+
+// The parent holds the only reference to the child; moving the pointer from parent to child
+// releases the parent, which releases the child: the child survives only if it was taken first.
+TEST(FEL_pointer, TakesTheNewReferenceBeforeReleasingTheOld) {
+    int live = 0;
+    FEL_pointer<Probe> p(new Probe(&live, "parent"));
+    p->child = new Probe(&live, "child");
+    EXPECT_EQ(live, 2);
+    p = p->child;
+    EXPECT_EQ(live, 1);
+    EXPECT_EQ(p->get_name(), "child");
+    EXPECT_EQ(p->get_reference_count(), 1);
+}
+
+TEST(FEL_reference_counted_object, NameAndStreamForm) {
+    int live = 0;
+    FEL_pointer<Probe> p(new Probe(&live, "first"));
+    p->set_name("second name");
+    std::ostringstream out;
+    out << *p;
+    EXPECT_EQ(out.str(), "second name");
+    EXPECT_FALSE(p->is_mesh());
+    EXPECT_FALSE(p->is_field());
+}
+
+}  // namespace
