@@ -65,7 +65,8 @@ bool read_header(const char* begin, const char* end, unsigned flags, text_header
 bool read_planes(const char*& p, const char* end, std::int64_t count, FEL_vector3<float>* xyz) {
     for (int c = 0; c < 3; ++c)
         for (std::int64_t i = 0; i < count; ++i)
-            if (!FEL_scan_float(p, end, &xyz[i][c])) return false;
+            if (!FEL_scan_plain_float(p, end, &xyz[i][c]) && !FEL_scan_float(p, end, &xyz[i][c]))
+                return false;
     return true;
 }
 

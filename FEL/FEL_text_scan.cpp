@@ -6,7 +6,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <charconv>
 #include <climits>
 #include <cstdio>
 #include <sstream>
@@ -51,21 +50,6 @@ std::string token_at(const char* p, const char* end) {
     return std::string(p, q);
 }
 
-// The common case, a plain decimal number followed by white space or the end, converted by
-// from_chars; anything else (signs run together, exponent letters without digits, hex, inf, nan,
-// out of range) is left to the C library on a copy of the token, which is exact by construction.
-bool fast_float(const char*& p, const char* end, float* value) {
-    const char* q = p;
-    if (q != end && *q == '+') ++q;
-    if (q == end || !((*q >= '0' && *q <= '9') || *q == '.')) return false;
-    float v;
-    auto r = std::from_chars(q, end, v, std::chars_format::general);
-    if (r.ec != std::errc() || (r.ptr != end && !FEL_is_space(*r.ptr))) return false;
-    *value = v;
-    p = r.ptr;
-    return true;
-}
-
 }  // namespace
 
 bool FEL_scan_int(const char*& p, const char* end, int* value) {
@@ -87,8 +71,7 @@ bool FEL_scan_int(const char*& p, const char* end, int* value) {
 }
 
 bool FEL_scan_float(const char*& p, const char* end, float* value) {
-    p = skip_space(p, end);
-    if (fast_float(p, end, value)) return true;
+    if (FEL_scan_plain_float(p, end, value)) return true;
     std::string token = token_at(p, end);
     if (token.empty()) return false;
     int used = 0;
@@ -98,8 +81,7 @@ bool FEL_scan_float(const char*& p, const char* end, float* value) {
 }
 
 bool FEL_extract_float(const char*& p, const char* end, float* value) {
-    p = skip_space(p, end);
-    if (fast_float(p, end, value)) return true;
+    if (FEL_scan_plain_float(p, end, value)) return true;
     std::string token = token_at(p, end);
     if (token.empty()) return false;
     std::istringstream in(token);

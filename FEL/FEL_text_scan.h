@@ -1,6 +1,7 @@
 // Number reading over a file held in memory, giving exactly what scanf or a formatted stream read gives.
 #pragma once
 
+#include <charconv>
 #include <cstddef>
 #include <string>
 
@@ -35,3 +36,19 @@ inline bool FEL_is_space(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); 
 bool FEL_scan_int(const char*& p, const char* end, int* value);
 bool FEL_scan_float(const char*& p, const char* end, float* value);
 bool FEL_extract_float(const char*& p, const char* end, float* value);
+
+// The common case of both float readers, inline for the hot loops: a plain decimal number followed
+// by white space or the end, converted by from_chars. Anything else (signs run together, exponent
+// letters without digits, hex, inf, nan, out of range) answers false and is left to the readers
+// above, which hand it to the C or C++ library on a copy of the token.
+inline bool FEL_scan_plain_float(const char*& p, const char* end, float* value) {
+    while (p != end && FEL_is_space(*p)) ++p;
+    const char* q = p;
+    if (q != end && *q == '+') ++q;
+    const char* digits = q != end && *q == '-' && q == p ? q + 1 : q;
+    if (digits == end || !((*digits >= '0' && *digits <= '9') || *digits == '.')) return false;
+    auto r = std::from_chars(q, end, *value, std::chars_format::general);
+    if (r.ec != std::errc() || (r.ptr != end && !FEL_is_space(*r.ptr))) return false;
+    p = r.ptr;
+    return true;
+}
