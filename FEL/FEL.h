@@ -2,7 +2,12 @@
 #pragma once
 
 #include "FEL_bitvector.h"
+#include "FEL_cell.h"
+#include "FEL_curvilinear_mesh.h"
 #include "FEL_exception.h"
 #include "FEL_matrix33.h"
+#include "FEL_mesh.h"
 #include "FEL_pointer.h"
+#include "FEL_structured_mesh.h"
+#include "FEL_tetrahedral_mesh.h"
 #include "FEL_vector3.h"

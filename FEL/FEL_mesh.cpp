@@ -1,0 +1,532 @@
+// What every mesh shares: properties, key lists, bounding-box cache, iblank and cell measures.
+#include "FEL_mesh.h"
+
+#include <cassert>
+#include <cfloat>
+#include <cmath>
+#include <cstdarg>
+#include <iostream>
+
+namespace {
+
+// Longest key list that the variadic begin forms pack, in (key, value) pairs.
+const int max_key_pairs = 32;
+
+// Reads the variadic key list after key into packed; false if it is longer than the limit.
+bool pack_key_list(int key, va_list args, int* packed) {
+    if (key == 0) {
+        packed[0] = 0;
+        return true;
+    }
+    int n = 0;
+    packed[n++] = va_arg(args, int);
+    for (int pair = 1; pair < max_key_pairs; ++pair) {
+        const int next = va_arg(args, int);
+        packed[n++] = next;
+        if (next == 0) return true;
+        packed[n++] = va_arg(args, int);
+    }
+    return false;
+}
+
+void report_bad_args() {
+    std::cerr << "FEL_structured_mesh::begin(FEL_vertex_cell_iter*,...) bad args" << std::endl;
+}
+
+// Times of a cached box and a request match when equal, or when a float time equals an
+// integer one as a float.
+bool same_time(const FEL_time& a, const FEL_time& b) {
+    if (a.representation == b.representation) {
+        if (a.representation == FEL_TIME_STEP) return a.value.i == b.value.i;
+        if (a.representation == FEL_TIME_UNDEFINED) return true;
+        return a.value.f == b.value.f;
+    }
+    if (a.representation == FEL_TIME_FLOAT && b.representation == FEL_TIME_STEP)
+        return a.value.f == float(b.value.i);
+    if (a.representation == FEL_TIME_STEP && b.representation == FEL_TIME_FLOAT)
+        return float(a.value.i) == b.value.f;
+    return false;
+}
+
+float squared_distance(const FEL_vector3<float>& a, const FEL_vector3<float>& b) {
+    const FEL_vector3<float> d = a - b;
+    return d.x * d.x + d.y * d.y + d.z * d.z;
+}
+
+bool same_point(const FEL_vector3<float>& a, const FEL_vector3<float>& b) {
+    if (g_blnUseClose) return FEL_Close(a.x, b.x) && FEL_Close(a.y, b.y) && FEL_Close(a.z, b.z);
+    return a == b;
+}
+
+float triple_product(const FEL_vector3<float>& a, const FEL_vector3<float>& b,
+                     const FEL_vector3<float>& c) {
+    return FEL_dot(a, FEL_cross(b, c));
+}
+
+}  // namespace
+
+int FEL_iblank_combine(int a, int b) {
+    if (a == 1) return b;
+    if (a == 2) return b != 0 ? 2 : 0;
+    if (a == 0) return 0;
+    if (b == 1) return a;
+    if (b == 2) return 2;
+    if (b == 0) return 0;
+    return a < b ? a : b;
+}
+
+FEL_mesh::FEL_mesh(const std::string& name)
+    : FEL_mutex_reference_counted_object(name),
+      simplicial_decomposition(1),
+      interpolation(16),
+      bounding_box_cached(false) {}
+
+int FEL_mesh::set(FEL_set_keyword_enum keyword, int value) {
+    if (keyword == FEL_SIMPLICIAL_DECOMPOSITION && value >= 0 && value <= 2) {
+        simplicial_decomposition = value;
+        return 1;
+    }
+    if (keyword == FEL_INTERPOLATION && (value == 1 || value == 16 || value == 32 || value == 64)) {
+        interpolation = value;
+        return 1;
+    }
+    return 0;
+}
+
+int FEL_mesh::get(FEL_set_keyword_enum keyword, int* count, int* values, int) const {
+    int value = 0;
+    switch (keyword) {
+        case FEL_SIMPLICIAL_DECOMPOSITION:
+            value = simplicial_decomposition;
+            break;
+        case FEL_INTERPOLATION:
+            value = interpolation;
+            break;
+        case FEL_VARIES_WITH_TIME:
+            value = 0;
+            break;
+        default:
+            return 0;
+    }
+    values[0] = value;
+    if (count != nullptr) *count = 1;
+    return 1;
+}
+
+int FEL_mesh::get_interpolation() const {
+    int value = 0;
+    const int res = get(FEL_INTERPOLATION, nullptr, &value, -1);
+    assert(res == 1);
+    (void)res;
+    return value;
+}
+
+int FEL_mesh::get_simplicial_decomposition() const {
+    int value = 0;
+    const int res = get(FEL_SIMPLICIAL_DECOMPOSITION, nullptr, &value, -1);
+    assert(res == 1);
+    (void)res;
+    return value;
+}
+
+int FEL_mesh::get_structured_dimensions(int* dims) const {
+    return get(FEL_STRUCTURED_DIMENSIONS, nullptr, dims, -1);
+}
+
+int FEL_mesh::get_n_zones() const {
+    int value = 0;
+    const int res = get(FEL_N_ZONES, nullptr, &value, -1);
+    assert(res == 1);
+    (void)res;
+    return value;
+}
+
+bool FEL_mesh::varies_with_time() const {
+    int value = 0;
+    const int res = get(FEL_VARIES_WITH_TIME, nullptr, &value, -1);
+    assert(res == 1);
+    (void)res;
+    return value != 0;
+}
+
+int FEL_mesh::get_bounding_box(FEL_vector3<float>* min, FEL_vector3<float>* max,
+                               const FEL_time& requested) {
+    FEL_time time = requested;
+    if (time.representation == FEL_TIME_PHYSICAL) convert_time(requested, FEL_TIME_FLOAT, &time);
+    if (bounding_box_cached && (same_time(time, bounding_box_time) || !varies_with_time())) {
+        *min = bounding_box_min;
+        *max = bounding_box_max;
+        return 1;
+    }
+    const int res = compute_bounding_box(&bounding_box_min, &bounding_box_max, time);
+    if (res != 1) return res;
+    bounding_box_cached = true;
+    bounding_box_time = time;
+    *min = bounding_box_min;
+    *max = bounding_box_max;
+    return 1;
+}
+
+bool FEL_mesh::inside_bounding_box(const FEL_phys_pos& pos) {
+    FEL_vector3<float> min, max;
+    if (get_bounding_box(&min, &max, pos.time) != 1) return false;
+    return pos.x >= min.x && pos.x <= max.x && pos.y >= min.y && pos.y <= max.y && pos.z >= min.z &&
+           pos.z <= max.z;
+}
+
+int FEL_mesh::get_node_index(const FEL_vertex_cell& vertex) const {
+    int index = -1;
+    get_node_indices(vertex, &index);
+    return index;
+}
+
+int FEL_mesh::locate_close_vertex_cell(const FEL_phys_pos& pos, FEL_vertex_cell* out) const {
+    const FEL_vector3<float> target(pos.x, pos.y, pos.z);
+    float best = FLT_MAX;
+    bool found = false;
+    FEL_vertex_cell_iter it;
+    for (begin(&it); !it.done; ++it) {
+        FEL_vector3<float> p;
+        if (coordinates_at_vertex_cell(it.cell, &p) != 1) continue;
+        const float d = squared_distance(p, target);
+        if (!found || d < best) {
+            best = d;
+            *out = it.cell;
+            found = true;
+        }
+    }
+    return found ? 1 : 0;
+}
+
+int FEL_mesh::central_difference_neighbors(const FEL_cell&, int, FEL_cell*) const {
+    return FEL_NOT_IMPLEMENTED;
+}
+
+int FEL_mesh::central_difference_neighbors(const FEL_vertex_cell&, int) const {
+    return FEL_NOT_IMPLEMENTED;
+}
+
+int FEL_mesh::coordinates_at_vertex_cell(const FEL_vertex_cell& vertex,
+                                         FEL_vector3<float>* out) const {
+    return coordinates_at_cell(vertex, out);
+}
+
+int FEL_mesh::coordinates_at_structured_pos(const FEL_structured_pos& pos,
+                                            FEL_vector3<float>* out) const {
+    const int i = int(pos.i), j = int(pos.j), k = int(pos.k);
+    FEL_cell cell(FEL_CELL_HEXAHEDRON, i, j, k, -1, pos.zone);
+    cell.time = pos.time;
+    FEL_vector3<float> c[8];
+    const int res = coordinates_at_cell(cell, c);
+    if (res != 1) return res;
+    const float fi = pos.i - float(i), fj = pos.j - float(j), fk = pos.k - float(k);
+    FEL_vector3<float> along_i[4];
+    for (int n = 0; n < 4; ++n) along_i[n] = c[2 * n] * (1.0f - fi) + c[2 * n + 1] * fi;
+    const FEL_vector3<float> low = along_i[0] * (1.0f - fj) + along_i[1] * fj;
+    const FEL_vector3<float> high = along_i[2] * (1.0f - fj) + along_i[3] * fj;
+    *out = low * (1.0f - fk) + high * fk;
+    return 1;
+}
+
+int FEL_mesh::iblank_at_cell(const FEL_cell& cell, int* out) const {
+    for (int n = 0; n < cell.get_n_nodes(); ++n) out[n] = 1;
+    return 1;
+}
+
+int FEL_mesh::iblank_at_vertex_cell(const FEL_vertex_cell&, int* out) const {
+    *out = 1;
+    return 1;
+}
+
+int FEL_mesh::combined_iblank_at_cell(const FEL_cell& cell, int* out) const {
+    *out = 0;
+    int iblank[8];
+    const int res = iblank_at_cell(cell, iblank);
+    if (res != 1) return res;
+    for (int n = 0; n < cell.get_n_nodes(); ++n) {
+        const int value = iblank[n];
+        if (value == 1)
+            *out |= 1;
+        else if (value == 2)
+            *out |= 2;
+        else if (value == 0 || value == 101)
+            *out |= 4;
+        else if (value < 0)
+            *out |= 8;
+        else
+            std::cerr << "FEL_mesh::combined_iblank_at_cell() " << cell << " has iblank of "
+                      << value << "?!" << std::endl;
+    }
+    return 1;
+}
+
+int FEL_mesh::coordinates_and_iblank_at_cell(const FEL_cell& cell,
+                                             FEL_vector3f_and_int* out) const {
+    FEL_vector3<float> xyz[8];
+    int iblank[8];
+    int res = coordinates_at_cell(cell, xyz);
+    if (res != 1) return res;
+    res = iblank_at_cell(cell, iblank);
+    if (res != 1) return res;
+    for (int n = 0; n < cell.get_n_nodes(); ++n) {
+        out[n].v = xyz[n];
+        out[n].i = iblank[n];
+    }
+    return 1;
+}
+
+int FEL_mesh::coordinates_and_iblank_at_vertex_cell(const FEL_vertex_cell& vertex,
+                                                    FEL_vector3f_and_int* out) const {
+    FEL_vector3<float> xyz;
+    int iblank = 1;
+    int res = coordinates_at_vertex_cell(vertex, &xyz);
+    if (res != 1) return res;
+    res = iblank_at_vertex_cell(vertex, &iblank);
+    if (res != 1) return res;
+    out->v = xyz;
+    out->i = iblank;
+    return 1;
+}
+
+bool FEL_mesh::cell_has_collapsed_edge(const FEL_cell& cell) const {
+    int n = 0;
+    FEL_cell edges[FEL_MAX_RELATED_CELLS];
+    if (down_cells(cell, 1, &n, edges) != 1) return false;
+    for (int e = 0; e < n; ++e) {
+        FEL_vector3<float> ends[2];
+        if (coordinates_at_cell(edges[e], ends) != 1) continue;
+        if (same_point(ends[0], ends[1])) return true;
+    }
+    return false;
+}
+
+int FEL_mesh::volume_of_cell(const FEL_cell& cell, double* out) const {
+    if (cell.type != FEL_CELL_TETRAHEDRON && cell.type != FEL_CELL_HEXAHEDRON) return 0;
+    FEL_vector3<float> p[8];
+    const int res = coordinates_at_cell(cell, p);
+    if (res != 1) return res;
+    float sum = 0.0f;
+    if (cell.type == FEL_CELL_TETRAHEDRON) {
+        sum = triple_product(p[1] - p[0], p[2] - p[0], p[3] - p[0]);
+    } else {
+        // Long-diagonal form over corners numbered by bits (1: +i, 2: +j, 4: +k); exact for
+        // hexahedra with bilinear faces.
+        const FEL_vector3<float> diagonal = p[7] - p[0];
+        sum = triple_product(diagonal, p[1] - p[0], p[3] - p[5]);
+        sum = sum + triple_product(diagonal, p[4] - p[0], p[5] - p[6]);
+        sum = sum + triple_product(diagonal, p[2] - p[0], p[6] - p[3]);
+    }
+    *out = std::fabs(double(sum) / 6.0);
+    return 1;
+}
+
+int FEL_mesh::centroid_of_cell(const FEL_cell& cell, FEL_vector3<float>* out) const {
+    FEL_vector3<float> p[8];
+    const int res = coordinates_at_cell(cell, p);
+    if (res != 1) return res;
+    const int n = cell.get_n_nodes();
+    if (n == 0) return 0;
+    FEL_vector3<float> sum = p[0];
+    for (int c = 1; c < n; ++c) sum += p[c];
+    *out = sum * (1.0f / float(n));
+    return 1;
+}
+
+int FEL_mesh::longest_edge_length_of_cell(const FEL_cell& cell, float* out) const {
+    int n = 0;
+    FEL_cell edges[FEL_MAX_RELATED_CELLS];
+    const int res = down_cells(cell, 1, &n, edges);
+    if (res != 1) return res;
+    float longest = 0.0f;
+    for (int e = 0; e < n; ++e) {
+        FEL_vector3<float> ends[2];
+        const int r = coordinates_at_cell(edges[e], ends);
+        if (r != 1) return r;
+        const float d = squared_distance(ends[0], ends[1]);
+        if (d > longest) longest = d;
+    }
+    *out = std::sqrt(longest);
+    return 1;
+}
+
+int FEL_mesh::shortest_edge_length_of_cell(const FEL_cell& cell, float* out) const {
+    int n = 0;
+    FEL_cell edges[FEL_MAX_RELATED_CELLS];
+    const int res = down_cells(cell, 1, &n, edges);
+    if (res != 1) return res;
+    float shortest = FLT_MAX;
+    for (int e = 0; e < n; ++e) {
+        FEL_vector3<float> ends[2];
+        const int r = coordinates_at_cell(edges[e], ends);
+        if (r != 1) return r;
+        const float d = squared_distance(ends[0], ends[1]);
+        if (d < shortest) shortest = d;
+    }
+    *out = std::sqrt(shortest);
+    return 1;
+}
+
+int FEL_mesh::closest_vertex_of_cell(const FEL_phys_pos& pos, const FEL_cell& cell,
+                                     FEL_vertex_cell* out) const {
+    int n = 0;
+    FEL_cell vertices[FEL_MAX_RELATED_CELLS];
+    const int res = down_cells(cell, 0, &n, vertices);
+    if (res != 1) return res;
+    const FEL_vector3<float> target(pos.x, pos.y, pos.z);
+    float best = FLT_MAX;
+    for (int v = 0; v < n; ++v) {
+        FEL_vector3<float> p;
+        const int r = coordinates_at_cell(vertices[v], &p);
+        if (r != 1) return r;
+        const float d = squared_distance(p, target);
+        if (d < best) {
+            best = d;
+            *out = FEL_vertex_cell(vertices[v]);
+        }
+    }
+    return 1;
+}
+
+int FEL_mesh::convert_time(const FEL_time&, FEL_time_representation_enum, FEL_time* out) const {
+    *out = FEL_time();
+    return 1;
+}
+
+int FEL_mesh::begin(FEL_vertex_cell_iter* iter) const {
+    int none = 0;
+    return begin(iter, 0, reinterpret_cast<char*>(&none));
+}
+
+int FEL_mesh::begin(FEL_cell_iter* iter) const {
+    int none = 0;
+    return begin(iter, 0, reinterpret_cast<char*>(&none));
+}
+
+int FEL_mesh::begin(FEL_cell_iter* iter, int key, ...) const {
+    int packed[2 * max_key_pairs];
+    va_list args;
+    va_start(args, key);
+    const bool complete = pack_key_list(key, args, packed);
+    va_end(args);
+    if (!complete) {
+        report_bad_args();
+        clear_walk(iter);
+        return 0;
+    }
+    return begin(iter, key, reinterpret_cast<char*>(packed));
+}
+
+int FEL_mesh::begin(FEL_vertex_cell_iter* iter, int key, ...) const {
+    int packed[2 * max_key_pairs];
+    va_list args;
+    va_start(args, key);
+    const bool complete = pack_key_list(key, args, packed);
+    va_end(args);
+    if (!complete) {
+        report_bad_args();
+        clear_walk(iter);
+        return 0;
+    }
+    return begin(iter, key, reinterpret_cast<char*>(packed));
+}
+
+void FEL_mesh::end(FEL_cell_iter* iter) const {
+    iter->done = true;
+}
+
+void FEL_mesh::done_callback(FEL_cell_iter*) const {}
+
+void FEL_mesh::done_callback(FEL_vertex_cell_iter*) const {}
+
+void FEL_mesh::advance_callback(FEL_cell_iter*) const {}
+
+void FEL_mesh::advance_callback(FEL_vertex_cell_iter*) const {}
+
+int FEL_mesh::compute_bounding_box(FEL_vector3<float>* min, FEL_vector3<float>* max,
+                                   const FEL_time& time) {
+    FEL_vertex_cell_iter it;
+    if (begin(&it) != 1) return 0;
+    bool first = true;
+    for (; !it.done; ++it) {
+        it.cell.time = time;
+        FEL_vector3<float> p;
+        const int res = coordinates_at_vertex_cell(it.cell, &p);
+        if (res != 1) return res;
+        if (first) {
+            *min = p;
+            *max = p;
+            first = false;
+            continue;
+        }
+        for (int a = 0; a < 3; ++a) {
+            if (p[a] < (*min)[a]) (*min)[a] = p[a];
+            if (p[a] > (*max)[a]) (*max)[a] = p[a];
+        }
+    }
+    return first ? 0 : 1;
+}
+
+int FEL_mesh::apply_begin_keys(int key, const char* args, const int* n_nodes,
+                               FEL_walk_bounds* bounds) {
+    const FEL_walk_bounds defaults = *bounds;
+    const int* next = reinterpret_cast<const int*>(args);
+    while (key != 0) {
+        const int value = *next++;
+        switch (key) {
+            case FEL_ITER_I_MIN:
+            case FEL_ITER_I_MAX:
+            case FEL_ITER_J_MIN:
+            case FEL_ITER_J_MAX:
+            case FEL_ITER_K_MIN:
+            case FEL_ITER_K_MAX: {
+                const int axis = (-key - 1) / 2;
+                if (value < defaults.min[axis] || value > defaults.max[axis]) return 0;
+                if ((-key - 1) % 2 == 0)
+                    bounds->min[axis] = value;
+                else
+                    bounds->max[axis] = value;
+                break;
+            }
+            case FEL_ITER_I_STEP:
+            case FEL_ITER_J_STEP:
+            case FEL_ITER_K_STEP:
+                // A step below 1 would never end the walk.
+                if (value < 1) return 0;
+                bounds->step[-key - 7] = value;
+                break;
+            case FEL_ITER_FIX_I:
+            case FEL_ITER_FIX_J:
+            case FEL_ITER_FIX_K: {
+                const int axis = -key - 10;
+                if (value < 0 || value >= n_nodes[axis]) return 0;
+                bounds->min[axis] = bounds->max[axis] = value;
+                bounds->fixed[axis] = true;
+                break;
+            }
+            case FEL_ITER_ZONE:
+                bounds->zone = value;
+                break;
+            default:
+                report_bad_args();
+                return 0;
+        }
+        key = *next++;
+    }
+    for (int axis = 0; axis < 3; ++axis)
+        if (bounds->min[axis] > bounds->max[axis]) return 0;
+    return 1;
+}
+
+int FEL_single_mesh::get(FEL_set_keyword_enum keyword, int* count, int* values, int zone) const {
+    if (keyword == FEL_N_ZONES) {
+        values[0] = 1;
+        if (count != nullptr) *count = 1;
+        return 1;
+    }
+    return FEL_mesh::get(keyword, count, values, zone);
+}
+
+FEL_pointer<FEL_mesh> FEL_single_mesh::get_zone(int zone) const {
+    if (zone != 0) return FEL_pointer<FEL_mesh>();
+    return FEL_pointer<FEL_mesh>(const_cast<FEL_single_mesh*>(this));
+}
