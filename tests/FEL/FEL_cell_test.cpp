@@ -1,0 +1,58 @@
+// Tests of the stream forms of times, positions and cells.
+#include "FEL_cell.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "FEL_exception.h"
+
+namespace {
+
+template <class T>
+std::string text(const T& value) {
+    std::ostringstream out;
+    out << value;
+    return out.str();
+}
+
+TEST(FEL_cell, StreamForms) {
+    EXPECT_EQ(text(FEL_cell()), "<uninitialized cell>");
+    EXPECT_EQ(text(FEL_vertex_cell(4, 0, 2)), "V(4, 0, 2)");
+    EXPECT_EQ(text(FEL_cell(FEL_CELL_TETRAHEDRON, 1, 2, 3, 4, 7)), "T(1, 2, 3).4:7");
+    EXPECT_EQ(text(FEL_cell(FEL_CELL_HEXAHEDRON, 0, 1, 0, -1, 0)), "H(0, 1, 0):0");
+    EXPECT_EQ(text(FEL_cell(FEL_CELL_EDGE, 5, 0, 0, 0)), "E(5, 0, 0).0");
+    const char* letters = "VEFQTPWH";
+    for (int type = 1; type <= 8; ++type)
+        EXPECT_EQ(text(FEL_cell(type, 0, 0, 0))[0], letters[type - 1]);
+    FEL_cell bad;
+    bad.type = 9;
+    std::ostringstream out;
+    EXPECT_THROW(out << bad, FEL_exception);
+}
+
+TEST(FEL_cell, TypeTables) {
+    const FEL_cell hex(FEL_CELL_HEXAHEDRON, 0, 0, 0);
+    EXPECT_EQ(hex.get_dim(), 3);
+    EXPECT_EQ(hex.get_n_nodes(), 8);
+    EXPECT_EQ(FEL_cell(FEL_CELL_PYRAMID, 0, 0, 0).get_n_nodes(), 5);
+    EXPECT_EQ(FEL_cell(FEL_CELL_QUADRILATERAL, 0, 0, 0).get_dim(), 2);
+    const FEL_vertex_cell v;
+    EXPECT_EQ(v.get_type(), FEL_CELL_VERTEX);
+    EXPECT_EQ(v.sub, -1);
+    EXPECT_EQ(v.zone, -1);
+    EXPECT_FALSE(v.time.is_defined());
+}
+
+TEST(FEL_cell, PositionAndTimeStreamForms) {
+    EXPECT_EQ(text(FEL_time()), "<undefined>");
+    EXPECT_EQ(text(FEL_time::from_step(12)), "12");
+    EXPECT_EQ(text(FEL_phys_pos(1.0f, 2.5f, -3.0f)), "(1, 2.5, -3)");
+    EXPECT_EQ(text(FEL_phys_pos(1.0f, 2.0f, 3.0f, FEL_time::from_float(0.5f))), "(1, 2, 3, 0.5)");
+    EXPECT_EQ(text(FEL_structured_pos(1.5f, 2.0f, 3.0f)), "(1.5, 2, 3)");
+    FEL_structured_pos zoned(1.5f, 2.0f, 3.0f, 2);
+    zoned.time = FEL_time::from_step(4);
+    EXPECT_EQ(text(zoned), "(1.5, 2, 3, 4 (zone 2))");
+}
+
+}  // namespace

@@ -1,0 +1,282 @@
+// Tests of the lattice topology: counts, numbering, walks, key lists and the cells around a cell.
+#include "FEL_structured_mesh.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <sstream>
+#include <tuple>
+#include <vector>
+
+#include "FEL_exception.h"
+
+namespace {
+
+using ::testing::internal::CaptureStderr;
+using ::testing::internal::GetCapturedStderr;
+
+FEL_pointer<FEL_structured_mesh> lattice(int ni, int nj, int nk, int mode) {
+    FEL_pointer<FEL_structured_mesh> mesh(new FEL_structured_mesh(ni, nj, nk, "lattice"));
+    mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, mode);
+    return mesh;
+}
+
+std::string text(const FEL_cell& cell) {
+    std::ostringstream out;
+    out << cell;
+    return out.str();
+}
+
+std::vector<std::string> walk(FEL_cell_iter* it) {
+    std::vector<std::string> cells;
+    for (; !it->done; ++*it) cells.push_back(text(it->cell));
+    return cells;
+}
+
+using cell_key = std::tuple<int, int, int, int, int>;
+
+// Distinct cells of each dimension reached from the top cells of a walk, and the vertices walked.
+std::vector<int> count_by_iteration(const FEL_structured_mesh& mesh) {
+    std::vector<std::set<cell_key>> seen(4);
+    FEL_vertex_cell_iter v;
+    for (mesh.begin(&v); !v.done; ++v) seen[0].insert({1, -1, v->i, v->j, v->k});
+    FEL_cell_iter it;
+    if (mesh.card(3) > 0 || mesh.get_nk() == 1 || mesh.get_nj() == 1 || mesh.get_ni() == 1) {
+        for (mesh.begin(&it); !it.done; ++it) {
+            const FEL_cell top = it.cell;
+            seen[top.get_dim()].insert({top.type, top.sub, top.i, top.j, top.k});
+            for (int dim = 1; dim < top.get_dim(); ++dim) {
+                FEL_cell down[FEL_MAX_RELATED_CELLS];
+                int n = 0;
+                EXPECT_EQ(mesh.down_cells(top, dim, &n, down), 1);
+                for (int c = 0; c < n; ++c)
+                    seen[dim].insert({down[c].type, down[c].sub, down[c].i, down[c].j, down[c].k});
+            }
+        }
+    }
+    return {int(seen[0].size()), int(seen[1].size()), int(seen[2].size()), int(seen[3].size())};
+}
+
+TEST(FEL_structured_mesh, CardByHand) {
+    // 3 x 2 x 2 nodes: two hexahedra side by side along i.
+    FEL_pointer<FEL_structured_mesh> mesh = lattice(3, 2, 2, 0);
+    EXPECT_EQ(mesh->card(0), 12);
+    EXPECT_EQ(mesh->card(1), 20);  // 8 i edges, 6 j edges, 6 k edges
+    EXPECT_EQ(mesh->card(2), 11);  // 3 i faces, 4 j faces, 4 k faces
+    EXPECT_EQ(mesh->card(3), 2);
+    EXPECT_EQ(mesh->card(4), 0);
+    mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, 1);
+    EXPECT_EQ(mesh->card(1), 31);  // and 11 face diagonals
+    EXPECT_EQ(mesh->card(2), 30);  // 22 face triangles, 8 inside
+    EXPECT_EQ(mesh->card(3), 10);
+    // A single plane: 3 x 3 x 1 nodes, four quadrilaterals.
+    FEL_pointer<FEL_structured_mesh> flat = lattice(3, 3, 1, 0);
+    EXPECT_EQ(flat->card(1), 12);
+    EXPECT_EQ(flat->card(2), 4);
+    EXPECT_EQ(flat->card(3), 0);
+}
+
+TEST(FEL_structured_mesh, CardMatchesACountByIteration) {
+    const int sizes[][3] = {{3, 2, 2}, {2, 3, 4}, {4, 3, 1}, {1, 3, 3}, {3, 1, 2}, {2, 2, 2}};
+    for (int mode = 0; mode <= 2; ++mode)
+        for (const auto& s : sizes) {
+            FEL_pointer<FEL_structured_mesh> mesh = lattice(s[0], s[1], s[2], mode);
+            const std::vector<int> counted = count_by_iteration(*mesh);
+            for (int dim = 0; dim <= 3; ++dim)
+                EXPECT_EQ(mesh->card(dim), counted[dim])
+                    << s[0] << "x" << s[1] << "x" << s[2] << " mode " << mode << " dim " << dim;
+        }
+}
+
+TEST(FEL_structured_mesh, IntToCellThenCellToIntRoundTrips) {
+    const int sizes[][3] = {{3, 2, 2}, {2, 3, 4}, {4, 3, 1}, {1, 1, 3}};
+    for (int mode = 0; mode <= 2; ++mode)
+        for (const auto& s : sizes) {
+            FEL_pointer<FEL_structured_mesh> mesh = lattice(s[0], s[1], s[2], mode);
+            for (int dim = 0; dim <= 3; ++dim) {
+                std::set<cell_key> distinct;
+                for (int n = 0; n < mesh->card(dim); ++n) {
+                    FEL_cell cell;
+                    ASSERT_EQ(mesh->int_to_cell(dim, n, &cell), 1);
+                    EXPECT_EQ(cell.get_dim(), dim);
+                    int nodes[8];
+                    EXPECT_EQ(mesh->get_node_indices(cell, nodes), 1) << text(cell);
+                    int back = -1;
+                    ASSERT_EQ(mesh->cell_to_int(cell, &back), 1) << text(cell);
+                    EXPECT_EQ(back, n) << text(cell) << " mode " << mode;
+                    distinct.insert({cell.type, cell.sub, cell.i, cell.j, cell.k});
+                }
+                EXPECT_EQ(int(distinct.size()), mesh->card(dim));
+                FEL_cell beyond;
+                EXPECT_EQ(mesh->int_to_cell(dim, mesh->card(dim), &beyond), 0);
+            }
+        }
+}
+
+TEST(FEL_structured_mesh, NumberingByHand) {
+    FEL_pointer<FEL_structured_mesh> mesh = lattice(3, 2, 2, 1);
+    FEL_cell cell;
+    // Edges: 20 axis edges, then the k-face diagonals, the first at the even corner (0, 0, 0).
+    mesh->int_to_cell(1, 20, &cell);
+    EXPECT_EQ(text(cell), "E(0, 0, 0).3");
+    mesh->int_to_cell(1, 21, &cell);
+    EXPECT_EQ(text(cell), "E(1, 0, 0).10");
+    mesh->int_to_cell(1, 7, &cell);
+    EXPECT_EQ(text(cell), "E(1, 1, 1).1");
+    // Triangles: i faces two by two; (1, 0, 0) is odd.
+    mesh->int_to_cell(2, 1, &cell);
+    EXPECT_EQ(text(cell), "F(0, 0, 0).1");
+    mesh->int_to_cell(2, 2, &cell);
+    EXPECT_EQ(text(cell), "F(1, 0, 0).2");
+    // Tetrahedra: five a hexahedron, the odd one from row 5.
+    mesh->int_to_cell(3, 7, &cell);
+    EXPECT_EQ(text(cell), "T(1, 0, 0).7");
+    mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, 2);
+    mesh->int_to_cell(3, 1, &cell);
+    EXPECT_EQ(text(cell), "T(0, 0, 0).6");
+    // A name with the wrong pattern names no cell of this mesh.
+    int n = 0;
+    EXPECT_EQ(mesh->cell_to_int(FEL_cell(FEL_CELL_TETRAHEDRON, 0, 0, 0, 1), &n), 0);
+}
+
+TEST(FEL_structured_mesh, WalksOfSubCells) {
+    FEL_pointer<FEL_structured_mesh> mesh = lattice(3, 2, 2, 1);
+    FEL_cell_iter it;
+    ASSERT_EQ(mesh->begin(&it), 1);
+    EXPECT_EQ(walk(&it),
+              (std::vector<std::string>{
+                  "T(0, 0, 0).0", "T(0, 0, 0).1", "T(0, 0, 0).2", "T(0, 0, 0).3", "T(0, 0, 0).4",
+                  "T(1, 0, 0).5", "T(1, 0, 0).6", "T(1, 0, 0).7", "T(1, 0, 0).8", "T(1, 0, 0).9"}));
+    // i fixed at 1: the triangles of one face, of the odd pattern.
+    ASSERT_EQ(mesh->begin(&it, FEL_ITER_FIX_I, 1, 0), 1);
+    EXPECT_EQ(walk(&it), (std::vector<std::string>{"F(1, 0, 0).2", "F(1, 0, 0).3"}));
+    // k fixed at its last node: the top plane.
+    ASSERT_EQ(mesh->begin(&it, FEL_ITER_FIX_K, 1, 0), 1);
+    EXPECT_EQ(walk(&it), (std::vector<std::string>{"F(0, 0, 1).10", "F(0, 0, 1).11", "F(1, 0, 1).8",
+                                                   "F(1, 0, 1).9"}));
+    mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, 0);
+    ASSERT_EQ(mesh->begin(&it, FEL_ITER_FIX_I, 1, 0), 1);
+    EXPECT_EQ(walk(&it), (std::vector<std::string>{"Q(1, 0, 0).0"}));
+    // Two axes fixed: edges along the free one.
+    ASSERT_EQ(mesh->begin(&it, FEL_ITER_FIX_J, 1, FEL_ITER_FIX_K, 0, 0), 1);
+    EXPECT_EQ(walk(&it), (std::vector<std::string>{"E(0, 1, 0).1", "E(1, 1, 0).1"}));
+    // Bounds, steps and the zone.
+    ASSERT_EQ(mesh->begin(&it, FEL_ITER_I_MIN, 1, FEL_ITER_ZONE, 4, 0), 1);
+    EXPECT_EQ(walk(&it), (std::vector<std::string>{"H(1, 0, 0):4"}));
+}
+
+TEST(FEL_structured_mesh, SinglePlaneAndVertexWalks) {
+    // 3 x 2 x 1 nodes: one plane of two quadrilaterals.
+    FEL_pointer<FEL_structured_mesh> mesh = lattice(3, 2, 1, 0);
+    EXPECT_EQ(mesh->card(3), 0);
+    FEL_cell_iter it;
+    ASSERT_EQ(mesh->begin(&it), 1);
+    EXPECT_EQ(walk(&it), (std::vector<std::string>{"Q(0, 0, 0).2", "Q(1, 0, 0).2"}));
+    // One row of vertices: j fixed to 1 and k to its last node, i sweeping.
+    FEL_vertex_cell_iter v;
+    ASSERT_EQ(mesh->begin(&v, FEL_ITER_FIX_J, 1, FEL_ITER_FIX_K, 0, 0), 1);
+    std::vector<std::string> row;
+    for (; !v.done; ++v) row.push_back(text(v.cell));
+    EXPECT_EQ(row, (std::vector<std::string>{"V(0, 1, 0)", "V(1, 1, 0)", "V(2, 1, 0)"}));
+    ASSERT_EQ(mesh->begin(&v, FEL_ITER_I_STEP, 2, 0), 1);
+    int count = 0;
+    for (; !v.done; ++v) ++count;
+    EXPECT_EQ(count, 4);
+    // A single node leaves no free axis.
+    FEL_pointer<FEL_structured_mesh> point = lattice(1, 1, 1, 0);
+    EXPECT_THROW(point->begin(&it), FEL_exception);
+    EXPECT_EQ(point->begin(&v), 1);
+}
+
+TEST(FEL_structured_mesh, BadKeysAndBoundsFail) {
+    FEL_pointer<FEL_structured_mesh> mesh = lattice(3, 2, 2, 0);
+    FEL_cell_iter it;
+    FEL_vertex_cell_iter v;
+    CaptureStderr();
+    EXPECT_EQ(mesh->begin(&it, -13, 0, 0), 0);
+    EXPECT_EQ(GetCapturedStderr(),
+              "FEL_structured_mesh::begin(FEL_vertex_cell_iter*,...) bad args\n");
+    EXPECT_TRUE(it.done);
+    EXPECT_EQ(mesh->begin(&it, FEL_ITER_I_MAX, 2, 0), 0);  // cells stop at ni - 2
+    EXPECT_TRUE(it.done);
+    EXPECT_EQ(mesh->begin(&v, FEL_ITER_I_MAX, 2, 0), 1);  // vertices at ni - 1
+    EXPECT_EQ(mesh->begin(&v, FEL_ITER_J_MIN, -1, 0), 0);
+    EXPECT_EQ(mesh->begin(&v, FEL_ITER_FIX_I, 3, 0), 0);
+    EXPECT_EQ(mesh->begin(&v, FEL_ITER_FIX_K, -1, 0), 0);
+    EXPECT_EQ(mesh->begin(&it, FEL_ITER_I_MIN, 1, FEL_ITER_I_MAX, 0, 0), 0);
+    EXPECT_TRUE(it.done);
+    int entered = 0;
+    for (; !it.done; ++it) ++entered;
+    EXPECT_EQ(entered, 0);
+}
+
+TEST(FEL_structured_mesh, CellsAroundACell) {
+    FEL_pointer<FEL_structured_mesh> mesh = lattice(3, 2, 2, 1);
+    FEL_cell out[FEL_MAX_RELATED_CELLS];
+    int n = 0;
+    // The central tetrahedron of the even hexahedron has the six face diagonals as edges.
+    ASSERT_EQ(mesh->down_cells(FEL_cell(FEL_CELL_TETRAHEDRON, 0, 0, 0, 4), 1, &n, out), 1);
+    std::set<std::string> edges;
+    for (int c = 0; c < n; ++c) edges.insert(text(out[c]));
+    EXPECT_EQ(edges, (std::set<std::string>{"E(0, 0, 0).5", "E(0, 0, 0).3", "E(0, 0, 0).6",
+                                            "E(1, 0, 0).20", "E(0, 0, 1).10", "E(0, 1, 0).12"}));
+    // The corner tetrahedron at corner 1 meets the central one, and across i = 1 the odd
+    // hexahedron's tetrahedron at its corner 0; its other two faces are on the boundary.
+    ASSERT_EQ(mesh->adjacent_cells(FEL_cell(FEL_CELL_TETRAHEDRON, 0, 0, 0, 1), &n, out), 1);
+    std::set<std::string> around;
+    for (int c = 0; c < n; ++c) around.insert(text(out[c]));
+    EXPECT_EQ(around, (std::set<std::string>{"T(0, 0, 0).4", "T(1, 0, 0).5"}));
+
+    mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, 0);
+    ASSERT_EQ(mesh->adjacent_cells(FEL_cell(FEL_CELL_HEXAHEDRON, 1, 0, 0), &n, out), 1);
+    ASSERT_EQ(n, 1);
+    EXPECT_EQ(text(out[0]), "H(0, 0, 0)");
+    ASSERT_EQ(mesh->down_cells(FEL_cell(FEL_CELL_HEXAHEDRON, 0, 0, 0), 2, &n, out), 1);
+    EXPECT_EQ(n, 6);
+    EXPECT_EQ(text(out[1]), "Q(1, 0, 0).0");
+    // The vertex (1, 1, 1) lies on both hexahedra.
+    ASSERT_EQ(mesh->up_cells(FEL_vertex_cell(1, 1, 1), 3, FEL_MAX_RELATED_CELLS, &n, out, 0), 1);
+    EXPECT_EQ(n, 2);
+    int nodes[8];
+    ASSERT_EQ(mesh->get_node_indices(FEL_cell(FEL_CELL_HEXAHEDRON, 1, 0, 0), nodes), 1);
+    EXPECT_EQ(std::vector<int>(nodes, nodes + 8), (std::vector<int>{1, 2, 4, 5, 7, 8, 10, 11}));
+    EXPECT_EQ(mesh->get_node_indices(FEL_cell(FEL_CELL_HEXAHEDRON, 2, 0, 0), nodes), 0);
+}
+
+TEST(FEL_structured_mesh, BadCellTypesThrow) {
+    FEL_pointer<FEL_structured_mesh> mesh = lattice(2, 2, 2, 1);
+    const int* row = nullptr;
+    mesh->cell_to_hex_vertices(FEL_cell(), &row);
+    EXPECT_EQ(row, nullptr);
+    CaptureStderr();
+    EXPECT_THROW(mesh->cell_to_hex_vertices(FEL_cell(FEL_CELL_PRISM, 0, 0, 0), &row),
+                 FEL_exception);
+    EXPECT_EQ(GetCapturedStderr(), "FEL_structured_mesh::cell_to_hex_vertices: bad cell type\n");
+    FEL_cell_iter it;
+    it.cell = FEL_cell(FEL_CELL_HEXAHEDRON, 0, 0, 0);
+    EXPECT_THROW(mesh->advance_callback(&it), FEL_exception);
+    it.cell = FEL_cell(FEL_CELL_TRIANGLE, 0, 0, 0, 13);
+    EXPECT_THROW(mesh->advance_callback(&it), FEL_exception);
+    FEL_vector3<float> xyz[8];
+    EXPECT_THROW(mesh->coordinates_at_cell(FEL_cell(FEL_CELL_HEXAHEDRON, 0, 0, 0), xyz),
+                 FEL_exception);
+}
+
+TEST(FEL_structured_mesh, LocateSubsimplex) {
+    FEL_pointer<FEL_structured_mesh> mesh = lattice(2, 2, 2, 1);
+    FEL_cell tet;
+    const FEL_cell hex(FEL_CELL_HEXAHEDRON, 0, 0, 0);
+    // Near corner 1 = (1, 0, 0): row 1; near corner 7: row 0; the centre: row 4.
+    mesh->locate_subsimplex(hex, 0.9f, 0.05f, 0.05f, &tet);
+    EXPECT_EQ(tet.sub, 1);
+    mesh->locate_subsimplex(hex, 0.9f, 0.9f, 0.9f, &tet);
+    EXPECT_EQ(tet.sub, 0);
+    mesh->locate_subsimplex(hex, 0.5f, 0.5f, 0.5f, &tet);
+    EXPECT_EQ(tet.sub, 4);
+    mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, 2);
+    // Odd pattern: corner 0 is cut off by row 5.
+    mesh->locate_subsimplex(hex, 0.1f, 0.1f, 0.1f, &tet);
+    EXPECT_EQ(tet.sub, 5);
+}
+
+}  // namespace

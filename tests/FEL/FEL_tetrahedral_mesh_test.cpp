@@ -1,0 +1,112 @@
+// Tests of the unstructured mesh over node, triangle and tetrahedron arrays.
+#include "FEL_tetrahedral_mesh.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+namespace {
+
+// Two triangles in set 7 sharing edge 1-2, and a third alone in set 3:
+//   2 ---- 3
+//   | \  t1|       4 -- 5
+//   |t0 \  |        \ t2|
+//   0 ---- 1          \ 6
+FEL_pointer<FEL_tetrahedral_mesh> surface() {
+    FEL_vector3<float>* v = new FEL_vector3<float>[7] {
+        {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}, {3, 1, 0}, {4, 1, 0}, {
+            4, 0, 2
+        }
+    };
+    FEL_vector3<int>* t = new FEL_vector3<int>[3] {
+        {0, 1, 2}, {1, 3, 2}, {
+            4, 5, 6
+        }
+    };
+    int* zones = new int[3]{7, 7, 3};
+    return new FEL_tetrahedral_mesh(7, v, 3, t, zones, 0, nullptr);
+}
+
+TEST(FEL_tetrahedral_mesh, SurfaceTrianglesAndSets) {
+    FEL_pointer<FEL_tetrahedral_mesh> mesh = surface();
+    EXPECT_EQ(mesh->get_name(), "tetrahedral_mesh");
+    EXPECT_TRUE(mesh->is_unstructured_mesh());
+    EXPECT_FALSE(mesh->is_structured_mesh());
+    EXPECT_EQ(mesh->card(0), 7);
+    EXPECT_EQ(mesh->card(2), 3);
+    EXPECT_EQ(mesh->card(3), 0);
+    int count = 0, values[4] = {0, 0, 0, 0};
+    ASSERT_EQ(mesh->get(FEL_N_TRIANGLE_SETS, &count, values), 1);
+    EXPECT_EQ(values[0], 2);
+    ASSERT_EQ(mesh->get(FEL_TRIANGLE_SET_IDS, &count, values), 1);
+    EXPECT_EQ(count, 2);
+    EXPECT_EQ(values[0], 3);
+    EXPECT_EQ(values[1], 7);
+    EXPECT_EQ(mesh->get_n_zones(), 1);
+
+    // The walk of the unstructured triangulation path: all triangles, first three nodes each.
+    mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, 2);
+    FEL_cell_iter it;
+    std::vector<float> first_x;
+    for (mesh->begin(&it); !it.done; ++it) {
+        EXPECT_EQ(it->type, FEL_CELL_TRIANGLE);
+        FEL_vector3<float> p[3];
+        ASSERT_EQ(mesh->coordinates_at_cell(it.cell, p), 1);
+        first_x.push_back(p[1].x);
+    }
+    EXPECT_EQ(first_x, (std::vector<float>{1, 1, 4}));
+
+    FEL_vector3<float> min, max;
+    ASSERT_EQ(mesh->get_bounding_box(&min, &max), 1);
+    EXPECT_EQ(min, FEL_vector3<float>(0, 0, 0));
+    EXPECT_EQ(max, FEL_vector3<float>(4, 1, 2));
+    float length = 0;
+    // Triangle 2: edges 1, sqrt(0 + 1 + 4) and sqrt(1 + 1 + 4).
+    ASSERT_EQ(mesh->longest_edge_length_of_cell(FEL_cell(FEL_CELL_TRIANGLE, 2, 0, 0), &length), 1);
+    EXPECT_FLOAT_EQ(length, std::sqrt(6.0f));
+    FEL_cell cell;
+    EXPECT_EQ(mesh->int_to_cell(2, 3, &cell), 0);
+    ASSERT_EQ(mesh->int_to_cell(2, 1, &cell), 1);
+    int back = -1;
+    ASSERT_EQ(mesh->cell_to_int(cell, &back), 1);
+    EXPECT_EQ(back, 1);
+    EXPECT_EQ(mesh->adjacent_cells(cell, &count, &cell), 24);
+}
+
+TEST(FEL_tetrahedral_mesh, TetrahedraAndEmptyMeshes) {
+    // One tetrahedron on the unit axes: volume 1/6.
+    FEL_vector3<float>* v = new FEL_vector3<float>[4] {
+        {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {
+            0, 0, 1
+        }
+    };
+    FEL_vector4<int>* t = new FEL_vector4<int>[1] {
+        { 0, 1, 2, 3 }
+    };
+    FEL_pointer<FEL_mesh> mesh(new FEL_tetrahedral_mesh(4, v, 0, nullptr, nullptr, 1, t));
+    FEL_cell_iter it;
+    ASSERT_EQ(mesh->begin(&it), 1);
+    EXPECT_EQ(it->type, FEL_CELL_TETRAHEDRON);
+    double volume = 0;
+    ASSERT_EQ(mesh->volume_of_cell(it.cell, &volume), 1);
+    EXPECT_NEAR(volume, 1.0 / 6.0, 1e-7);
+    FEL_cell edges[FEL_MAX_RELATED_CELLS];
+    int n = 0;
+    ASSERT_EQ(mesh->down_cells(it.cell, 1, &n, edges), 1);
+    EXPECT_EQ(n, 6);
+    float length = 0;
+    ASSERT_EQ(mesh->shortest_edge_length_of_cell(it.cell, &length), 1);
+    EXPECT_EQ(length, 1.0f);
+    ++it;
+    EXPECT_TRUE(it.done);
+
+    FEL_pointer<FEL_mesh> empty(
+        new FEL_tetrahedral_mesh(0, nullptr, 0, nullptr, nullptr, 0, nullptr));
+    EXPECT_EQ(empty->begin(&it), 0);
+    EXPECT_TRUE(it.done);
+    FEL_vector3<float> min, max;
+    EXPECT_EQ(empty->get_bounding_box(&min, &max), 0);
+}
+
+}  // namespace
