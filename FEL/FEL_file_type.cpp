@@ -1,4 +1,5 @@
-// First-bytes detection of mesh files, byte order, and the reading primitives shared by the readers.
+// First-bytes detection of mesh files, byte order, and the reading primitives shared by the
+// readers.
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -20,8 +21,12 @@ bool has_letter(const std::string& line) {
 }
 }  // namespace
 
-void FEL_set_file_read_progress(float fraction) { file_read_progress = fraction; }
-float FEL_get_file_read_progress() { return file_read_progress; }
+void FEL_set_file_read_progress(float fraction) {
+    file_read_progress = fraction;
+}
+float FEL_get_file_read_progress() {
+    return file_read_progress;
+}
 
 bool FEL_little_endian_hardware() {
     const std::uint32_t one = 1;
@@ -65,7 +70,8 @@ int FEL_binary_file_type(const std::string& path, std::ifstream& in) {
     in.clear();
     in.seekg(0);
     if (std::memcmp(head, "#!TDV", 5) == 0) return FEL_FILE_TECPLOT;
-    const char swapped[8] = {head[3], head[2], head[1], head[0], head[7], head[6], head[5], head[4]};
+    const char swapped[8] = {head[3], head[2], head[1], head[0],
+                             head[7], head[6], head[5], head[4]};
     if (std::memcmp(swapped, "#!TDV", 5) == 0) return FEL_FILE_TECPLOT;
 
     char header[80];
@@ -78,7 +84,7 @@ int FEL_binary_file_type(const std::string& path, std::ifstream& in) {
     struct stat st;
     if (!complete || stat(path.c_str(), &st) != 0) return FEL_FILE_UNKNOWN;
     return 84 + 50 * static_cast<std::int64_t>(count) == st.st_size ? FEL_FILE_STL
-                                                                       : FEL_FILE_UNKNOWN;
+                                                                    : FEL_FILE_UNKNOWN;
 }
 
 unsigned FEL_flowviz_format_get_info(std::ifstream& in, bool binary) {
@@ -100,7 +106,9 @@ unsigned FEL_flowviz_format_get_info(std::ifstream& in, bool binary) {
 }
 
 // Bit 0 marks a text file; the Tecplot reader learns everything else from the file itself.
-unsigned FEL_tecplot_format_get_info(std::ifstream&, bool binary) { return binary ? 0 : 1; }
+unsigned FEL_tecplot_format_get_info(std::ifstream&, bool binary) {
+    return binary ? 0 : 1;
+}
 
 int FEL_flowviz_deduce_file_type(const std::string& path, unsigned& info) {
     std::ifstream in(path, std::ios::binary);

@@ -74,7 +74,8 @@ void report_deduction(const std::string& path, unsigned flags, std::uint32_t nod
         std::cerr << " Plot3D type not found" << std::endl;
         return;
     }
-    std::cerr << " (" << nodes << " nodes)" << " " << zones << "-zones";
+    std::cerr << " (" << nodes << " nodes)"
+              << " " << zones << "-zones";
     if (flags & FEL_PLOT3D_UNSTRUCTURED) std::cerr << " unstructured";
     if (flags & FEL_PLOT3D_FORTRAN_UNFORMATTED) std::cerr << " FTN-unformatted";
     if (flags & FEL_PLOT3D_LITTLE_ENDIAN) std::cerr << " little-endian";
@@ -165,7 +166,8 @@ int FEL_plot3d_read_mesh_dimensions(const std::string& path, unsigned flags, int
     }
     *n_zones = nz;
     *dims = new FEL_vector3<int>[nz];
-    for (int z = 0; z < nz; ++z) (*dims)[z] = FEL_vector3<int>(d[3 * z], d[3 * z + 1], d[3 * z + 2]);
+    for (int z = 0; z < nz; ++z)
+        (*dims)[z] = FEL_vector3<int>(d[3 * z], d[3 * z + 1], d[3 * z + 2]);
     return 1;
 }
 
@@ -255,9 +257,13 @@ FEL_pointer<FEL_mesh> read_unstructured(const std::string& path, FILE* f, const 
         FEL_fread(tetrahedra.get(), 4, 4 * std::size_t(n_tetrahedra), f, order) !=
             4 * std::size_t(n_tetrahedra))
         throw FEL_read_error(__FILE__, __LINE__);
-    for (int t = 0; t < n_triangles; ++t) triangles[t] -= FEL_vector3<int>(1, 1, 1);
+    auto out_of_range = [n_nodes](int node) { return node < 1 || node > n_nodes; };
+    for (int t = 0; t < n_triangles; ++t)
+        for (int c = 0; c < 3; ++c)
+            if (out_of_range(triangles[t][c]--)) fail(path, "\n", "read problem", __LINE__);
     for (int t = 0; t < n_tetrahedra; ++t)
-        for (int c = 0; c < 4; ++c) tetrahedra[t][c] -= 1;
+        for (int c = 0; c < 4; ++c)
+            if (out_of_range(tetrahedra[t][c]--)) fail(path, "\n", "read problem", __LINE__);
     return FEL_pointer<FEL_mesh>(new FEL_tetrahedral_mesh(
         n_nodes, nodes.release(), n_triangles, triangles.release(), zones.release(), n_tetrahedra,
         tetrahedra.release(), "tetrahedral_mesh"));
@@ -304,8 +310,7 @@ FEL_pointer<FEL_mesh> FEL_plot3d_read_mesh(const std::string& path, unsigned fla
             if (!read_binary_dimensions(f.get(), flags, order, &nz, &d))
                 fail(path, " ", "read problem", __LINE__);
             if (zone >= nz)
-                fail(path, "\n", "Zone " + std::to_string(zone) + " is not in the file",
-                     __LINE__);
+                fail(path, "\n", "Zone " + std::to_string(zone) + " is not in the file", __LINE__);
             long offset = fortran ? 20 + 12L * nz : 4 + 12L * nz;
             std::vector<FEL_pointer<FEL_mesh>> zones;
             for (int z = 0; z < nz && (zone < 0 || z <= zone); ++z) {

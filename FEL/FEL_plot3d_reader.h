@@ -44,7 +44,7 @@ int FEL_read_transpose(int count, FILE* x, FILE* y, FILE* z, FILE* iblank,
 // and hands them to the next read of the same file that starts at the same place, so that the
 // trial reads of one detection parse a large file only once.
 class FEL_plot3d_text_reuse_scope {
-public:
+  public:
     explicit FEL_plot3d_text_reuse_scope(const std::string& path);
     ~FEL_plot3d_text_reuse_scope();
     FEL_plot3d_text_reuse_scope(const FEL_plot3d_text_reuse_scope&) = delete;

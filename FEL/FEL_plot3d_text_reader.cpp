@@ -6,6 +6,7 @@
 #include "FEL_exception.h"
 #include "FEL_plot3d_reader.h"
 #include "FEL_plot3d_zone.h"
+#include "FEL_tetrahedral_mesh.h"
 #include "FEL_text_scan.h"
 
 namespace {
@@ -85,6 +86,37 @@ std::unique_ptr<FEL_vector3<float>[]> zone_coordinates(const std::string& path, 
     return xyz;
 }
 
+// The unstructured text form: node, triangle and tetrahedron counts, the node planes, the triangles
+// (node numbers from 1), a zone number per triangle, and the tetrahedra.
+FEL_pointer<FEL_mesh> read_unstructured(const std::string& path, const char* p, const char* end) {
+    int n_nodes, n_triangles, n_tetrahedra;
+    if (!FEL_scan_int(p, end, &n_nodes) || !FEL_scan_int(p, end, &n_triangles) ||
+        !FEL_scan_int(p, end, &n_tetrahedra) || n_nodes < 1 || n_triangles < 0 || n_tetrahedra < 0)
+        fail(path, "Problem reading dimensions", __LINE__);
+    const double numbers = 3.0 * n_nodes + 4.0 * n_triangles + 4.0 * n_tetrahedra;
+    if (2 * numbers - 1 > end - p) fail(path, "Problem reading coordinates", __LINE__);
+    std::unique_ptr<FEL_vector3<float>[]> nodes(new FEL_vector3<float>[n_nodes]);
+    std::unique_ptr<FEL_vector3<int>[]> triangles(new FEL_vector3<int>[n_triangles]);
+    std::unique_ptr<int[]> zones(new int[n_triangles]);
+    std::unique_ptr<FEL_vector4<int>[]> tetrahedra(new FEL_vector4<int>[n_tetrahedra]);
+    if (!read_planes(p, end, n_nodes, nodes.get()))
+        fail(path, "Problem reading coordinates", __LINE__);
+    auto node_number = [&](int* out) {
+        if (!FEL_scan_int(p, end, out) || *out < 1 || *out > n_nodes)
+            fail(path, "Problem reading elements", __LINE__);
+        --*out;
+    };
+    for (int t = 0; t < n_triangles; ++t)
+        for (int c = 0; c < 3; ++c) node_number(&triangles[t][c]);
+    for (int t = 0; t < n_triangles; ++t)
+        if (!FEL_scan_int(p, end, &zones[t])) fail(path, "Problem reading elements", __LINE__);
+    for (int t = 0; t < n_tetrahedra; ++t)
+        for (int c = 0; c < 4; ++c) node_number(&tetrahedra[t][c]);
+    return FEL_pointer<FEL_mesh>(new FEL_tetrahedral_mesh(
+        n_nodes, nodes.release(), n_triangles, triangles.release(), zones.release(), n_tetrahedra,
+        tetrahedra.release(), "tetrahedral_mesh"));
+}
+
 }  // namespace
 
 FEL_plot3d_text_reuse_scope::FEL_plot3d_text_reuse_scope(const std::string& path) {
@@ -93,7 +125,9 @@ FEL_plot3d_text_reuse_scope::FEL_plot3d_text_reuse_scope(const std::string& path
     kept.path = path;
 }
 
-FEL_plot3d_text_reuse_scope::~FEL_plot3d_text_reuse_scope() { kept = kept_coordinates(); }
+FEL_plot3d_text_reuse_scope::~FEL_plot3d_text_reuse_scope() {
+    kept = kept_coordinates();
+}
 
 int FEL_plot3d_read_text_dimensions(const std::string& path, unsigned flags, int* n_zones,
                                     std::vector<std::int32_t>* dims) {
@@ -115,6 +149,7 @@ FEL_pointer<FEL_mesh> FEL_plot3d_read_fortran_formatted_mesh(const std::string& 
     if (!file.ok()) fail(path, "Cannot open", __LINE__);
     const char* const begin = file.begin();
     const char* const end = file.end();
+    if (flags & FEL_PLOT3D_UNSTRUCTURED) return read_unstructured(path, begin, end);
     text_header h;
     if (!read_header(begin, end, flags, &h)) fail(path, "Problem reading dimensions", __LINE__);
     const int nz = h.n_zones;
@@ -153,7 +188,8 @@ FEL_pointer<FEL_mesh> FEL_plot3d_read_fortran_formatted_mesh(const std::string& 
             }
         }
         if (zone < 0 || z == zone)
-            zones.push_back(FEL_plot3d_make_zone(d[0], d[1], d[2], xyz.release(), blanks.release()));
+            zones.push_back(
+                FEL_plot3d_make_zone(d[0], d[1], d[2], xyz.release(), blanks.release()));
     }
     if (zone >= 0 || !h.counted) return zones.back();
     return FEL_plot3d_make_multi(zones);

@@ -36,9 +36,9 @@ bool stl_trial_has_facets(const std::string& path, unsigned binary) {
 FEL_pointer<FEL_mesh> trial_reads(const std::string& path, unsigned& flags, int zone) {
     unsigned base = FEL_PLOT3D | FEL_PLOT3D_FORTRAN_FORMATTED;
     if (FEL_is_file_binary(path))
-        base = FEL_check_byte_reordering(path) ? FEL_PLOT3D | FEL_PLOT3D_FORTRAN_UNFORMATTED
-                                               : FEL_PLOT3D | FEL_PLOT3D_FORTRAN_UNFORMATTED |
-                                                     FEL_PLOT3D_LITTLE_ENDIAN;
+        base = FEL_check_byte_reordering(path)
+                   ? FEL_PLOT3D | FEL_PLOT3D_FORTRAN_UNFORMATTED
+                   : FEL_PLOT3D | FEL_PLOT3D_FORTRAN_UNFORMATTED | FEL_PLOT3D_LITTLE_ENDIAN;
     FEL_plot3d_text_reuse_scope reuse(path);
     FEL_pointer<FEL_mesh> mesh;
     for (unsigned d : {3u, 2u, 1u, 0u, 6u, 4u}) {
@@ -136,16 +136,21 @@ int FEL_read_mesh_zone_dimensions(const std::string& path, unsigned flags, int z
 
 // No paged, Vis5D or FITS file is read by this build: the deducers answer 0 for every file and
 // the readers refuse.
-unsigned FEL_plot3d_deduce_paged_mesh_type(const std::string&) { return 0; }
-unsigned FEL_vis5d_deduce_mesh_type(const std::string&) { return 0; }
-unsigned FEL_fits_deduce_mesh_type(const std::string&) { return 0; }
+unsigned FEL_plot3d_deduce_paged_mesh_type(const std::string&) {
+    return 0;
+}
+unsigned FEL_vis5d_deduce_mesh_type(const std::string&) {
+    return 0;
+}
+unsigned FEL_fits_deduce_mesh_type(const std::string&) {
+    return 0;
+}
 
 FEL_pointer<FEL_mesh> FEL_plot3d_read_paged_mesh(const std::string& path, unsigned, int) {
     throw FEL_read_error("\"" + path + "\":\nUnsupported format", __FILE__, __LINE__);
 }
 
-int FEL_plot3d_read_paged_mesh_dimensions(const std::string&, unsigned, int*,
-                                          FEL_vector3<int>**) {
+int FEL_plot3d_read_paged_mesh_dimensions(const std::string&, unsigned, int*, FEL_vector3<int>**) {
     return 0;
 }
 

@@ -92,8 +92,7 @@ float FEL_get_file_read_progress();
 unsigned FEL_plot3d_deduce_paged_mesh_type(const std::string& path);
 unsigned FEL_vis5d_deduce_mesh_type(const std::string& path);
 unsigned FEL_fits_deduce_mesh_type(const std::string& path);
-FEL_pointer<FEL_mesh> FEL_plot3d_read_paged_mesh(const std::string& path, unsigned flags,
-                                                 int zone);
+FEL_pointer<FEL_mesh> FEL_plot3d_read_paged_mesh(const std::string& path, unsigned flags, int zone);
 int FEL_plot3d_read_paged_mesh_dimensions(const std::string& path, unsigned flags, int* n_zones,
                                           FEL_vector3<int>** dims);
 FEL_pointer<FEL_mesh> FEL_fits_read_mesh(const std::string& path, unsigned flags);

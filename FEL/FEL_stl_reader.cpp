@@ -90,8 +90,7 @@ struct line_reader {
 namespace {
 
 // Reads at most limit facets; a cut-off facet and anything after it are dropped.
-void read_ascii(const std::string& path, std::vector<_FEL_triangle>& triangles,
-                std::size_t limit) {
+void read_ascii(const std::string& path, std::vector<_FEL_triangle>& triangles, std::size_t limit) {
     FEL_mapped_file file(path);
     triangles.resize(1000);
     std::size_t n = 0;
@@ -246,9 +245,8 @@ FEL_pointer<FEL_mesh> FEL_stl_read_mesh(std::string path, unsigned binary) {
         std::cerr << "which contains " << n_triangles << " triangles." << std::endl;
     }
     g_blnUseClose = true;
-    FEL_pointer<FEL_mesh> mesh(new FEL_tetrahedral_mesh(n_vertices, vertices, n_triangles,
-                                                        triangles, zones, 0, nullptr,
-                                                        "tetrahedral_mesh"));
+    FEL_pointer<FEL_mesh> mesh(new FEL_tetrahedral_mesh(
+        n_vertices, vertices, n_triangles, triangles, zones, 0, nullptr, "tetrahedral_mesh"));
     FEL_set_file_read_progress(1.0f);
     return mesh;
 }

@@ -16,7 +16,7 @@ struct _FEL_triangle {
 
 // An undirected edge: two vertex numbers, the smaller first.
 class FEL_stl_edge {
-public:
+  public:
     FEL_stl_edge(int a, int b) { Set(a, b); }
     FEL_stl_edge(const FEL_stl_edge& other) = default;
     FEL_stl_edge& operator=(const FEL_stl_edge& other) = default;
@@ -36,7 +36,7 @@ public:
     bool operator<=(const FEL_stl_edge& o) const { return !(o < *this); }
     bool operator>=(const FEL_stl_edge& o) const { return !(*this < o); }
 
-private:
+  private:
     int first, second;
 };
 

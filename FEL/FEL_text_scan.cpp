@@ -1,4 +1,5 @@
-// Number reading over a file held in memory, giving exactly what scanf or a formatted stream read gives.
+// Number reading over a file held in memory, giving exactly what scanf or a formatted stream read
+// gives.
 #include "FEL_text_scan.h"
 
 #include <fcntl.h>
@@ -61,9 +62,10 @@ bool FEL_scan_int(const char*& p, const char* end, int* value) {
     // Collected as a long, saturating as strtol does, then narrowed to int as scanf stores it.
     unsigned long long magnitude = 0;
     const unsigned long long limit = negative ? 1ULL + LONG_MAX : LONG_MAX;
-    for (; q != end && *q >= '0' && *q <= '9'; ++q)
-        if (magnitude <= limit) magnitude = magnitude * 10 + static_cast<unsigned>(*q - '0');
-    if (magnitude > limit) magnitude = limit;
+    for (; q != end && *q >= '0' && *q <= '9'; ++q) {
+        const unsigned digit = static_cast<unsigned>(*q - '0');
+        magnitude = magnitude > (limit - digit) / 10 ? limit : magnitude * 10 + digit;
+    }
     long v = negative ? static_cast<long>(0ULL - magnitude) : static_cast<long>(magnitude);
     *value = static_cast<int>(v);
     p = q;
