@@ -17,4 +17,5 @@
 #include "FEL_reader.h"
 #include "FEL_plot3d_reader.h"
 #include "FEL_stl_reader.h"
+#include "FEL_orient.h"
 #include "FEL_text_scan.h"
