@@ -25,6 +25,7 @@ class FEL_axis {
 // Node i at i * spacing + origin.
 class FEL_regular_axis : public FEL_axis {
   public:
+    using FEL_axis::locate;
     FEL_regular_axis(int count, float origin, float spacing)
         : FEL_axis(count),
           origin(origin),
@@ -43,6 +44,7 @@ class FEL_regular_axis : public FEL_axis {
 // Node i at values[i], ascending; the array comes from new[] and becomes the axis's.
 class FEL_irregular_axis : public FEL_axis {
   public:
+    using FEL_axis::locate;
     FEL_irregular_axis(int count, float* values) : FEL_axis(count), values(values) {}
     ~FEL_irregular_axis() override { delete[] values; }
     // Bisection; a point on an interior node answers the cell above it.
@@ -58,6 +60,7 @@ class FEL_irregular_axis : public FEL_axis {
 // One node at 0: every query answers 0.0 and 1.
 class FEL_null_axis : public FEL_axis {
   public:
+    using FEL_axis::locate;
     FEL_null_axis() : FEL_axis(1) {}
     int locate(float, int* i) const override;
     int coordinates_at_index(int, float* x) const override;

@@ -1,0 +1,99 @@
+// Tests of the multi-zone mesh: routing by zone, node numbering, walks across zones.
+#include "FEL_multi_mesh.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <vector>
+
+#include "FEL_axis_aligned_mesh.h"
+
+namespace {
+
+using ::testing::internal::CaptureStderr;
+using ::testing::internal::GetCapturedStderr;
+
+// Zone 0: a unit cube of 2 x 2 x 2 nodes. Zone 1: 3 x 2 x 2 nodes of spacing 1 from the origin
+// as well, so the zones overlap.
+FEL_pointer<FEL_multi_mesh> two_zones() {
+    FEL_pointer<FEL_mesh>* zones = new FEL_pointer<FEL_mesh>[2];
+    zones[0] = new FEL_regular_mesh(2, 2, 2, 1, 1, 1);
+    zones[1] = new FEL_regular_mesh(3, 2, 2, 1, 1, 2);
+    FEL_pointer<FEL_multi_mesh> mesh(new FEL_plot3d_multi_mesh(2, zones));
+    mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, 0);
+    return mesh;
+}
+
+TEST(FEL_multi_mesh, RoutesByZone) {
+    FEL_pointer<FEL_multi_mesh> mesh = two_zones();
+    EXPECT_EQ(mesh->get_name(), "FEL_plot3d_multi_mesh");
+    EXPECT_TRUE(mesh->is_multi_mesh());
+    EXPECT_TRUE(mesh->is_structured_mesh());
+    EXPECT_EQ(mesh->get_n_zones(), 2);
+    EXPECT_EQ(mesh->card(0), 20);
+    EXPECT_EQ(mesh->card(3), 3);
+    EXPECT_EQ(mesh->get_node_index(FEL_vertex_cell(1, 0, 0, 1)), 9);
+    int nodes[8];
+    ASSERT_EQ(mesh->get_node_indices(FEL_cell(FEL_CELL_HEXAHEDRON, 0, 0, 0, -1, 0), nodes), 1);
+    EXPECT_EQ(nodes[7], 7);
+    FEL_vector3<float> corners[8];
+    ASSERT_EQ(mesh->coordinates_at_cell(FEL_cell(FEL_CELL_HEXAHEDRON, 1, 0, 0, -1, 1), corners), 1);
+    EXPECT_EQ(corners[7], FEL_vector3<float>(2, 1, 2));
+    EXPECT_EQ(mesh->coordinates_at_cell(FEL_cell(FEL_CELL_HEXAHEDRON, 0, 0, 0, -1, 2), corners),
+              25);
+    EXPECT_EQ(mesh->coordinates_at_cell(FEL_cell(FEL_CELL_HEXAHEDRON, 0, 0, 0), corners), 25);
+    FEL_cell numbered;
+    EXPECT_EQ(mesh->int_to_cell(3, 0, &numbered, 5), 25);
+    ASSERT_EQ(mesh->int_to_cell(3, 1, &numbered, 1), 1);
+    EXPECT_EQ(numbered, FEL_cell(FEL_CELL_HEXAHEDRON, 1, 0, 0, -1, 1));
+    EXPECT_TRUE(mesh->get_zone(2).null());
+    EXPECT_TRUE(mesh->get_zone(-1).null());
+    EXPECT_EQ(mesh->get_zone(1)->card(0), 12);
+    int dims[3];
+    ASSERT_EQ(mesh->get(FEL_STRUCTURED_DIMENSIONS, nullptr, dims, 1), 1);
+    EXPECT_EQ(dims[0], 3);
+    FEL_vector3<float> min, max;
+    ASSERT_EQ(mesh->get_bounding_box(&min, &max), 1);
+    EXPECT_EQ(max, FEL_vector3<float>(2, 1, 2));
+
+    FEL_cell cell;
+    ASSERT_EQ(mesh->locate(FEL_phys_pos(1.5f, 0.5f, 0.5f), &cell), 1);
+    EXPECT_EQ(cell, FEL_cell(FEL_CELL_HEXAHEDRON, 1, 0, 0, -1, 1));
+    mesh->set_debug_level(1);
+    CaptureStderr();
+    ASSERT_EQ(mesh->locate(FEL_phys_pos(0.5f, 0.5f, 0.5f), &cell), 1);
+    EXPECT_EQ(GetCapturedStderr(), "FEL_multi_mesh::locate((0.5, 0.5, 0.5),)\n");
+    EXPECT_EQ(cell.zone, 0);
+}
+
+TEST(FEL_multi_mesh, WalksPassFromZoneToZone) {
+    FEL_pointer<FEL_multi_mesh> mesh = two_zones();
+    FEL_cell_iter it;
+    std::vector<std::string> cells;
+    for (mesh->begin(&it); !it.done; ++it) {
+        std::ostringstream out;
+        out << it.cell;
+        cells.push_back(out.str());
+    }
+    EXPECT_EQ(cells, (std::vector<std::string>{"H(0, 0, 0):0", "H(0, 0, 0):1", "H(1, 0, 0):1"}));
+    FEL_vertex_cell_iter v;
+    int vertices = 0;
+    for (mesh->begin(&v); !v.done; ++v) ++vertices;
+    EXPECT_EQ(vertices, 20);
+    int in_zone_1 = 0;
+    for (mesh->begin(&v, FEL_ITER_ZONE, 1, FEL_ITER_FIX_K, 1, 0); !v.done; ++v) {
+        EXPECT_EQ(v->zone, 1);
+        ++in_zone_1;
+    }
+    EXPECT_EQ(in_zone_1, 6);
+    CaptureStderr();
+    EXPECT_EQ(mesh->begin(&v, FEL_ITER_FIX_K, 1, 0), 0);
+    EXPECT_FALSE(GetCapturedStderr().empty());
+    EXPECT_TRUE(v.done);
+
+    FEL_pointer<FEL_multi_mesh> empty(new FEL_multi_mesh(0, nullptr));
+    EXPECT_FALSE(empty->is_structured_mesh());
+    EXPECT_EQ(empty->begin(&it), 0);
+}
+
+}  // namespace
