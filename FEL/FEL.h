@@ -14,3 +14,8 @@
 #include "FEL_tetrahedral_mesh.h"
 #include "FEL_transformed_mesh.h"
 #include "FEL_vector3.h"
+#include "FEL_reader.h"
+#include "FEL_plot3d_reader.h"
+#include "FEL_stl_reader.h"
+#include "FEL_orient.h"
+#include "FEL_text_scan.h"

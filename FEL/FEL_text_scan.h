@@ -1,0 +1,58 @@
+// Number reading over a file held in memory, giving exactly what scanf or a formatted stream read
+// gives.
+#pragma once
+
+#include <charconv>
+#include <cstddef>
+#include <string>
+
+// A whole file, mapped read-only. ok() is false if it will not open; an empty file is ok and empty.
+class FEL_mapped_file {
+  public:
+    explicit FEL_mapped_file(const std::string& path);
+    ~FEL_mapped_file();
+    FEL_mapped_file(const FEL_mapped_file&) = delete;
+    FEL_mapped_file& operator=(const FEL_mapped_file&) = delete;
+
+    bool ok() const { return opened; }
+    const char* begin() const { return data; }
+    const char* end() const { return data + length; }
+    std::size_t size() const { return length; }
+
+  private:
+    const char* data = nullptr;
+    std::size_t length = 0;
+    bool opened = false;
+    bool mapped = false;
+};
+
+// The white space of the C locale: blank, \t, \n, \v, \f, \r.
+inline bool FEL_is_space(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+// Each reader starts at p, skips white space, converts one number and leaves p behind it. On
+// failure they return false and p is left undefined.
+//   FEL_scan_int:     scanf "%d" (an out-of-range value is narrowed as the C library narrows it).
+//   FEL_scan_float:   scanf "%f" / "%g" into a float.
+//   FEL_extract_float: operator>> of a C++ stream into a float (no inf, nan or hex; overflow
+//   fails).
+bool FEL_scan_int(const char*& p, const char* end, int* value);
+bool FEL_scan_float(const char*& p, const char* end, float* value);
+bool FEL_extract_float(const char*& p, const char* end, float* value);
+
+// The common case of both float readers, inline for the hot loops: a plain decimal number followed
+// by white space or the end, converted by from_chars. Anything else (signs run together, exponent
+// letters without digits, hex, inf, nan, out of range) answers false and is left to the readers
+// above, which hand it to the C or C++ library on a copy of the token.
+inline bool FEL_scan_plain_float(const char*& p, const char* end, float* value) {
+    while (p != end && FEL_is_space(*p)) ++p;
+    const char* q = p;
+    if (q != end && *q == '+') ++q;
+    const char* digits = q != end && *q == '-' && q == p ? q + 1 : q;
+    if (digits == end || !((*digits >= '0' && *digits <= '9') || *digits == '.')) return false;
+    auto r = std::from_chars(q, end, *value, std::chars_format::general);
+    if (r.ec != std::errc() || (r.ptr != end && !FEL_is_space(*r.ptr))) return false;
+    p = r.ptr;
+    return true;
+}
