@@ -64,9 +64,31 @@ Start Body Definitions
                 used in solver: True
     #
 End Body Definitions
+Body X-GridSpec
+    New GridSpec
+        in: Plate
+        number of Grids: 2
+    #
+End X-Grid Spec
 )";
 
-// A run directory holding a project with one cut body and a rotor file.
+// The plate's points file, as the generator finds it in the run directory: two planes of a square.
+const std::string kPlateCut = "2 4\n0.0\n0 0\n1 0\n1 1\n0 1\n1.0\n0 0\n1 0\n1 1\n0 1\n";
+// Six empty layer lists: X, Y, Z before the body, then after it.
+const std::string kNoLayers = "0\n0\n0\n0\n0\n0\n";
+
+// The files a run directory holds before the run.
+const std::set<std::string> kInputs = {"cut.Grid", "rotor.SlvrRot", "1-x.cut", "layers.dat"};
+
+// The same with the two logs added.
+std::set<std::string> InputsAndLogs() {
+    std::set<std::string> names = kInputs;
+    names.insert({"Kavex3_GridGen.out", "Kavex3_GridGen.err"});
+    return names;
+}
+
+// A run directory holding a project with one cut body, its points file, a layer file and a rotor
+// file.
 struct CutProjectRun {
     ScratchDir dir;
     std::string strProject = dir / "cut.Grid";
@@ -74,6 +96,8 @@ struct CutProjectRun {
     CutProjectRun() {
         WriteWholeFile(strProject, kCutProject);
         WriteWholeFile(strRotor, "0\n");
+        WriteWholeFile(dir / "1-x.cut", kPlateCut);
+        WriteWholeFile(dir / "layers.dat", kNoLayers);
     }
     std::vector<std::string> Arguments() const {
         return {"-Grid", strProject, "-SlvrRot", strRotor, "-pth", dir.Path()};
@@ -94,9 +118,10 @@ TEST(GridGenRun, CutBodyProjectTakesTheShortPathAndCleansUp) {
     EXPECT_EQ(run.Log(".out"), kBanner + "Reading .Grid file (" + run.strProject +
                                    ")...\nBegin Grid Generation...\n");
     EXPECT_EQ(run.Log(".err"), "");
-    EXPECT_EQ(FilesIn(run.dir.Path()),
-              (std::set<std::string>{"cut.Grid", "rotor.SlvrRot", "Kavex3_GridGen.out",
-                                     "Kavex3_GridGen.err"}));
+    // The temporary files are gone; the generator's files stay.
+    std::set<std::string> expected = InputsAndLogs();
+    expected.insert({"KX3.grid.dat", "SolverGdInp.dat", "Lcl2Gbl.dat"});
+    EXPECT_EQ(FilesIn(run.dir.Path()), expected);
     EXPECT_EQ(ReadWholeFile(run.strProject), kCutProject);
 }
 
@@ -112,7 +137,7 @@ TEST(GridGenRun, MissingParameterFailsBeforeTheLogs) {
         EXPECT_EQ(r.status, 255);
         EXPECT_EQ(r.strStdout, "");
         EXPECT_EQ(r.strStderr, "GRID GEN ERROR:  Incorrect command line arguments\n");
-        EXPECT_EQ(FilesIn(run.dir.Path()), (std::set<std::string>{"cut.Grid", "rotor.SlvrRot"}));
+        EXPECT_EQ(FilesIn(run.dir.Path()), kInputs);
     }
 }
 
@@ -170,9 +195,13 @@ TEST(GridGenRun, MissingOrEmptyProjectAndUnreadableRotorStillFinish) {
         const RunResult r = RunProgram(run.dir.Path(), {"-Grid=" + project, "-SlvrRot",
                                                         run.dir / "none", "-pth", run.dir.Path()});
         EXPECT_EQ(r.status, 0);
-        EXPECT_EQ(run.Log(".out"),
-                  kBanner + "Reading .Grid file (" + project + ")...\nBegin Grid Generation...\n");
+        // Without an Options section the generator keeps its default debug level, so its debug
+        // output follows the stage lines.
+        const std::string stages =
+            kBanner + "Reading .Grid file (" + project + ")...\nBegin Grid Generation...\n";
+        EXPECT_EQ(run.Log(".out").substr(0, stages.size()), stages);
         EXPECT_EQ(run.Log(".err"), "");
+        EXPECT_TRUE(PathExists(run.dir / "SolverGdInp.dat"));
         EXPECT_FALSE(PathExists(run.dir / "temp.SlvrRot"));
         EXPECT_FALSE(PathExists(run.dir / "temp.Grid"));
     }
@@ -189,7 +218,5 @@ TEST(GridGenRun, SurfaceBodiesEndWithAClearFailure) {
     EXPECT_EQ(run.Log(".err"),
               "GRID GEN ERROR:  STL and Plot3D bodies can't be read: this build has no mesh "
               "reader\n");
-    EXPECT_EQ(FilesIn(run.dir.Path()),
-              (std::set<std::string>{"cut.Grid", "rotor.SlvrRot", "Kavex3_GridGen.out",
-                                     "Kavex3_GridGen.err"}));
+    EXPECT_EQ(FilesIn(run.dir.Path()), InputsAndLogs());
 }
