@@ -19,7 +19,7 @@ void all_cuts_grid_generation(char* programName, std::string specification, std:
                            Dorva::FilePath(directory + "//Lcl2Gbl.dat").Get()};
     char* arguments[] = {programName,     specification.data(), paths[0].data(),
                          paths[1].data(), paths[2].data(),      paths[3].data()};
-    // The count is 2: the generator takes the specification from the count and its output paths
+    // The count is 2: the generator takes the specification text from the count and its output paths
     // from the entries behind it.
     CutsGridGenerator(2, arguments, writeTranslation, outX, outY, outZ);
 }

@@ -11,7 +11,7 @@
 int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX, double* outY,
                       double* outZ);
 
-// Opens the specification named by the arguments (standard input for argc below 2) and records
+// Opens the specification text named by the arguments (standard input for argc below 2) and records
 // its name; with argc 3 and a non-zero argv[2], argv[1] is an indirect file naming the
 // specification, layer and solver input files for pref_options. Failures end the process.
 FILE* get_main_lex_data_file_stream(int argc, char** argv);

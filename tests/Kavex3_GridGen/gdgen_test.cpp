@@ -151,7 +151,7 @@ TEST_F(GenLineGrid, FractionalCountsRoundAndSliversMerge) {
 }
 
 TEST_F(GenLineGrid, SymmetryFoldsMirrorsAndUnfoldsExactly) {
-    // Ten cells over [0,10] kept symmetric about 4: 10 folds to -2, the spec's mirror covers
+    // Ten cells over [0,10] kept symmetric about 4: 10 folds to -2, the grid spec's mirror covers
     // [-2, 8]; pieces [-2,0] (2 cells) and [0,4] (4 cells), then reflected about 4.
     BdyGdspc specs[] = {spec(0, 10, 10)};
     GridLine line = make_line(1);

@@ -332,7 +332,7 @@ std::string small_debug(int level, const RunDir& run, const Axis a[3]) {
                     specs("Grid Specs after merging very small gds.:", 1, 0, 10, 2, "T", "T");
         if (level > 5) text += vals("\nGrid-Line Pts:", line);
     }
-    // Z about 5: 10 folds onto 0; the spec and its mirror both cover [0,10]; one piece [0,5].
+    // Z about 5: 10 folds onto 0; the grid spec and its mirror both cover [0,10]; one piece [0,5].
     if (level > 9)
         text += vals("\nPre-Fixed Pts - before mirroring & sorting:", {0, 10, 5}) +
                 vals("\nPre-Fixed Pts - after sorting before rm-dups:", {0, 0, 5}) +
