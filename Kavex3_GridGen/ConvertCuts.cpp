@@ -42,7 +42,7 @@ FEL_pointer<FEL_mesh> ConvertTranslateCutFilesToPlot3D(std::vector<_BodyStruct>&
         return result;
     }
     std::string command = executable.Get() + " -o " + outputFile;
-    char factors[128];
+    char factors[256];  // room for three of the largest floats in "%f"
     std::snprintf(factors, sizeof factors, " -X %f -Y %f -Z %f", conversionFactor.x,
                   conversionFactor.y, conversionFactor.z);
     command += factors;
