@@ -1,10 +1,13 @@
-// The driver's calls around the line generator on the cut-file path.
+// The driver's calls around the line generator on the cut-file path, and cut bodies as meshes.
 #pragma once
 
 #include <string>
 #include <vector>
 
 #include "BodyStruct.h"
+#include "FEL_mesh.h"
+#include "FEL_pointer.h"
+#include "FEL_vector3.h"
 
 // True when no body is a surface (STL or Plot3D); an empty list counts as all cut bodies.
 bool all_bodies_are_cut_files(std::vector<_BodyStruct> bodies);
@@ -17,3 +20,13 @@ void all_cuts_grid_generation(char* programName, std::string specification, std:
 
 // Empty: no stage calls it, since projects with surface bodies take the driver's full sequence.
 void non_cuts_grid_generation();
+
+// Turns the cut bodies into meshes with the external program "cuts2plot3d", found on PATH: it is
+// run once on all cut bodies, scaled by conversionFactor, and writes a multi-zone Plot3D file to
+// outputFile, one zone per cut body in list order. Each cut body gets its zone as pMesh; the
+// others are left alone. Returns the whole mesh, or null when the program can't be found (with a
+// message on stderr) or no body is a cut body (nothing run). An unreadable output file throws the
+// mesh library's exception. Paths go to the shell unquoted.
+FEL_pointer<FEL_mesh> ConvertTranslateCutFilesToPlot3D(std::vector<_BodyStruct>& bodies,
+                                                       FEL_vector3<float> conversionFactor,
+                                                       std::string outputFile);

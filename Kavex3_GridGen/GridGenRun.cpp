@@ -3,7 +3,6 @@
 
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -87,6 +86,9 @@ int GridGenMain(int argc, char** argv) {
                   << std::strerror(errno) << std::endl;
         return -1;
     }
+    // Reopening made the error log buffered; unbuffered, it keeps the runtime's last words when an
+    // uncaught exception from a later stage aborts the run.
+    std::setvbuf(stderr, nullptr, _IONBF, 0);
     std::cout << "Vantor Version "
               << "0.9.15 (Beta)"
               << " Build "
@@ -105,7 +107,8 @@ int GridGenMain(int argc, char** argv) {
 
     std::cout << "Reading .Grid file (" << strGridFile << ")..." << std::endl;
     std::string strSolverInputFile;
-    std::array<float, 3> conversionFactor = {1.0f, 1.0f, 1.0f};
+    // A project without a "Conversion Factor:" line keeps its bodies at their own scale.
+    FEL_vector3<float> conversionFactor(1.0f, 1.0f, 1.0f);
     std::vector<_BodyStruct> bodies;
     const bool blnFailed =
         ReadGridFile(strGridFile, strSolverInputFile, files.tempGrid, conversionFactor, bodies);
@@ -121,9 +124,14 @@ int GridGenMain(int argc, char** argv) {
         std::cout << "Begin Grid Generation..." << std::endl;
         all_cuts_grid_generation(argv[0], files.strGrid, strRunDir, true, &a, &b, &c);
     } else {
-        // Surface bodies need the mesh reader and the intersector, which this build lacks.
-        std::cerr << "GRID GEN ERROR:  STL and Plot3D bodies can't be read: this build has no mesh "
-                     "reader"
+        std::cout << "Reading bodies..." << std::endl;
+        // An unreadable body throws out of here and ends the process.
+        ReadBodies(bodies);
+        // The stages after this one (bounding boxes, the grid's read-back, intersection and
+        // classification, the final output) are not in this build: say so rather than end with a
+        // grid that ignores the surfaces.
+        std::cerr << "GRID GEN ERROR:  surface bodies were read, but this build can't yet "
+                     "intersect them with the grid"
                   << std::endl;
         files.Remove();
         return -1;

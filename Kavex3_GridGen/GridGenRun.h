@@ -3,7 +3,8 @@
 
 #include <string>
 
-// The whole run of the program; the result is the exit status (0, or -1 on a start-up failure).
+// The whole run of the program; the result is the exit status: 0, or -1 on a start-up failure
+// and for a project with surface bodies, whose run this build can't yet finish.
 // Command line: -Grid project -SlvrRot rotorFile -pth runDirectory [-linkid n].
 int GridGenMain(int argc, char** argv);
 

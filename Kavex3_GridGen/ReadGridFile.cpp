@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "DriverGlobals.h"
+#include "FEL_reader.h"
 #include "FilePath.h"
 
 static bool Holds(const std::string& line, const char* text) {
@@ -22,12 +23,12 @@ static BodyType KindOfTypeLine(const std::string& line) {
 // Tests one project line for the driver's keywords, first hit winning; returns the body kind a
 // "type:" line opens (BODY_NONE for any other line) and edits the line when it must be rewritten.
 static BodyType TakeProjectLine(std::string& line, std::string& solverInputFile,
-                                std::array<float, 3>& conversionFactor) {
+                                FEL_vector3<float>& conversionFactor) {
     if (Holds(line, "Conversion Factor:")) {
         const std::string::size_type bracket = line.find('(');
         if (bracket != std::string::npos) {
-            std::sscanf(line.c_str() + bracket + 1, "%f, %f, %f", &conversionFactor[0],
-                        &conversionFactor[1], &conversionFactor[2]);
+            std::sscanf(line.c_str() + bracket + 1, "%f, %f, %f", &conversionFactor.x,
+                        &conversionFactor.y, &conversionFactor.z);
         }
     } else if (Holds(line, "Solver Input File:")) {
         // The keyword's colon comes before any drive colon. Nothing behind it gives an empty path.
@@ -46,7 +47,7 @@ static BodyType TakeProjectLine(std::string& line, std::string& solverInputFile,
 }
 
 bool ReadGridFile(std::string gridFile, std::string& solverInputFile, std::ofstream& tempGrid,
-                  std::array<float, 3>& conversionFactor, std::vector<_BodyStruct>& bodies) {
+                  FEL_vector3<float>& conversionFactor, std::vector<_BodyStruct>& bodies) {
     std::ifstream project(gridFile.c_str());
     bodies.clear();
     int intBodyNumber = 1;
@@ -81,4 +82,15 @@ bool ReadGridFile(std::string gridFile, std::string& solverInputFile, std::ofstr
         ++intBodyNumber;
     }
     return false;
+}
+
+void ReadBodies(std::vector<_BodyStruct>& bodies) {
+    for (_BodyStruct& body : bodies) {
+        if (body.eBodyType <= BODY_ZCUT) continue;
+        // Text unstructured Plot3D as a first try; any other form falls back on detection.
+        unsigned flags = 0;
+        if (Holds(body.strPointsFile, ".p3d") || Holds(body.strPointsFile, ".stl"))
+            flags = FEL_PLOT3D | FEL_PLOT3D_FORTRAN_FORMATTED | FEL_PLOT3D_UNSTRUCTURED;  // 292
+        body.pMesh = FEL_read_mesh(body.strPointsFile, flags, -1);
+    }
 }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "DriverGlobals.h"
+#include "FEL_exception.h"
 #include "ScratchDir.h"
 
 namespace {
@@ -12,7 +13,7 @@ struct ReadResult {
     bool blnFailed;
     std::string strTempGrid;
     std::string strSolverInput;
-    std::array<float, 3> conversionFactor;
+    FEL_vector3<float> conversionFactor;
     std::vector<_BodyStruct> bodies;
 };
 
@@ -122,7 +123,7 @@ End X-Grid Spec
     EXPECT_FALSE(r.blnFailed);
     EXPECT_EQ(r.strTempGrid, expected);
     EXPECT_EQ(r.strSolverInput, "C:\\runs\\SolverGdInp.dat");
-    EXPECT_EQ(r.conversionFactor, (std::array<float, 3>{2.0f, 3.0f, 4.0f}));
+    EXPECT_EQ(r.conversionFactor, FEL_vector3<float>(2.0f, 3.0f, 4.0f));
     EXPECT_TRUE(g_blnDebug);
 
     ASSERT_EQ(r.bodies.size(), 4u);
@@ -144,7 +145,7 @@ TEST(ReadGridFile, MissingOrEmptyProjectGivesNoBodies) {
     ScratchDir dir;
     std::ofstream tempGrid(dir / "temp.Grid");
     std::string solver = "unchanged";
-    std::array<float, 3> factor = {1.0f, 1.0f, 1.0f};
+    FEL_vector3<float> factor(1.0f, 1.0f, 1.0f);
     std::vector<_BodyStruct> bodies(2);
     EXPECT_FALSE(ReadGridFile(dir / "missing.Grid", solver, tempGrid, factor, bodies));
     tempGrid.close();
@@ -207,12 +208,12 @@ TEST(ReadGridFile, DebugLevelIsOnOnlyWithoutAnyZero) {
 TEST(ReadGridFile, ConversionFactorAndSolverInputLines) {
     ReadResult r =
         ReadProject("Conversion Factor: (2.0, 3.0, 4.0)\nConversion Factor: (5.5, 6.5, 7.5)\n");
-    EXPECT_EQ(r.conversionFactor, (std::array<float, 3>{5.5f, 6.5f, 7.5f}));
+    EXPECT_EQ(r.conversionFactor, FEL_vector3<float>(5.5f, 6.5f, 7.5f));
     // Components that don't scan keep their previous values; a line without "(" scans nothing.
     r = ReadProject("Conversion Factor: (2.0, 3.0, 4.0)\nConversion Factor: (8.0, x, 9.0)\n");
-    EXPECT_EQ(r.conversionFactor, (std::array<float, 3>{8.0f, 3.0f, 4.0f}));
+    EXPECT_EQ(r.conversionFactor, FEL_vector3<float>(8.0f, 3.0f, 4.0f));
     r = ReadProject("Conversion Factor: 2.0, 3.0, 4.0\n");
-    EXPECT_EQ(r.conversionFactor, (std::array<float, 3>{1.0f, 1.0f, 1.0f}));
+    EXPECT_EQ(r.conversionFactor, FEL_vector3<float>(1.0f, 1.0f, 1.0f));
     EXPECT_EQ(r.strTempGrid, "Conversion Factor: 2.0, 3.0, 4.0\n");
 
     r = ReadProject("  Solver Input File: a.dat\nSolver Input File: D:\\b.dat\n");
@@ -221,4 +222,76 @@ TEST(ReadGridFile, ConversionFactorAndSolverInputLines) {
     EXPECT_EQ(r.strSolverInput, "");
     r = ReadProject("Solver Input File: \n");
     EXPECT_EQ(r.strSolverInput, "");
+}
+
+TEST(ReadBodies, ReadsSurfaceBodiesAndLeavesCutBodiesWithoutMeshes) {
+    const std::string data = KAVEX_SHARED_DATA;
+    std::vector<_BodyStruct> bodies(4);
+    bodies[0].eBodyType = BODY_XCUT;
+    bodies[0].strPointsFile = "no-such-plate.cut";  // never opened
+    bodies[1].eBodyType = BODY_STL;
+    bodies[1].strPointsFile = data + "/stl/unit_cube.STL";  // binary, 12 facets
+    bodies[2].eBodyType = BODY_PLOT3D;
+    bodies[2].strPointsFile = data + "/plot3d/multi-ascii.xyz";  // text, 2 zones of 8 x 12 x 12
+    bodies[3].eBodyType = BODY_ZCUT;
+    bodies[3].strPointsFile = "no-such-fin.cut";
+    ReadBodies(bodies);
+
+    EXPECT_TRUE(bodies[0].pMesh.null());
+    EXPECT_TRUE(bodies[3].pMesh.null());
+    ASSERT_FALSE(bodies[1].pMesh.null());
+    EXPECT_TRUE(bodies[1].pMesh->is_unstructured_mesh());
+    EXPECT_EQ(bodies[1].pMesh->card(0), 8);  // the cube's corners, shared by the facets
+    EXPECT_EQ(bodies[1].pMesh->card(2), 12);
+    ASSERT_FALSE(bodies[2].pMesh.null());
+    EXPECT_EQ(bodies[2].pMesh->get_n_zones(), 2);
+    EXPECT_EQ(bodies[2].pMesh->card(0), 2 * 8 * 12 * 12);
+
+    // A copy shares the mesh through its count, and gives it back when it goes.
+    EXPECT_EQ(bodies[1].pMesh->get_reference_count(), 1);
+    {
+        const _BodyStruct copy = bodies[1];
+        EXPECT_EQ(copy.pMesh, bodies[1].pMesh);
+        EXPECT_EQ(bodies[1].pMesh->get_reference_count(), 2);
+        std::vector<_BodyStruct> copies = bodies;
+        EXPECT_EQ(bodies[1].pMesh->get_reference_count(), 3);
+    }
+    EXPECT_EQ(bodies[1].pMesh->get_reference_count(), 1);
+}
+
+TEST(ReadBodies, StlOrP3dAnywhereInThePathSelectsTheUnstructuredTextTry) {
+    // One triangle as text unstructured Plot3D: 3 nodes, 1 triangle, 0 tetrahedra, the x, y and z
+    // planes, the triangle's nodes and its zone:
+    //   (0,1) 3
+    //         | ' .
+    //         1-----2 (1,0)      in the plane z = 0
+    // The form feeds are white space to the text reader but make the file look binary to format
+    // detection, so it reads only when the name asks for the unstructured text try first.
+    const std::string triangle = "3\f1\f0\n0 1 0\n0 0 1\n0 0 0\n1 2 3\n1\n";
+    ScratchDir dir;
+    for (const char* sub : {"wing.stl.d", "wing_stl", "WING.STL", "p3d"})
+        boost::filesystem::create_directory(dir / sub);
+    const std::vector<std::string> readable = {dir / "wing.stl.d/tri.dat", dir / "p3d/tri.p3d",
+                                               dir / "p3d/tri.stl.old"};
+    const std::vector<std::string> unreadable = {dir / "wing_stl/tri.dat", dir / "WING.STL/tri",
+                                                 dir / "p3d/tri.P3D", dir / "p3d/tri.dat"};
+    for (const std::string& path : readable) WriteWholeFile(path, triangle);
+    for (const std::string& path : unreadable) WriteWholeFile(path, triangle);
+
+    for (const std::string& path : readable) {
+        std::vector<_BodyStruct> bodies(1);
+        bodies[0].eBodyType = BODY_PLOT3D;
+        bodies[0].strPointsFile = path;
+        ReadBodies(bodies);
+        ASSERT_FALSE(bodies[0].pMesh.null()) << path;
+        EXPECT_TRUE(bodies[0].pMesh->is_unstructured_mesh()) << path;
+        EXPECT_EQ(bodies[0].pMesh->card(0), 3) << path;
+        EXPECT_EQ(bodies[0].pMesh->card(2), 1) << path;
+    }
+    for (const std::string& path : unreadable) {
+        std::vector<_BodyStruct> bodies(1);
+        bodies[0].eBodyType = BODY_STL;
+        bodies[0].strPointsFile = path;
+        EXPECT_THROW(ReadBodies(bodies), FEL_exception) << path;
+    }
 }

@@ -207,16 +207,36 @@ TEST(GridGenRun, MissingOrEmptyProjectAndUnreadableRotorStillFinish) {
     }
 }
 
+// A project whose one body is an STL surface with the given points file.
+std::string StlProject(const std::string& pointsFile) {
+    return "Start Body Definitions\n  New Body\n   type: STL\n   Points File: " + pointsFile +
+           "\n   used in solver: True\n  #\nEnd Body Definitions\n";
+}
+
 TEST(GridGenRun, SurfaceBodiesEndWithAClearFailure) {
     CutProjectRun run;
     WriteWholeFile(run.strProject,
-                   "Start Body Definitions\n  New Body\n   type: STL\n   Points File: a.stl\n"
-                   "   used in solver: True\n  #\nEnd Body Definitions\n");
+                   StlProject(std::string(KAVEX_SHARED_DATA) + "/stl/unit_cube.STL"));
     const RunResult r = RunProgram(run.dir.Path(), run.Arguments());
     EXPECT_EQ(r.status, 255);
-    EXPECT_EQ(run.Log(".out"), kBanner + "Reading .Grid file (" + run.strProject + ")...\n");
+    EXPECT_EQ(run.Log(".out"),
+              kBanner + "Reading .Grid file (" + run.strProject + ")...\nReading bodies...\n");
     EXPECT_EQ(run.Log(".err"),
-              "GRID GEN ERROR:  STL and Plot3D bodies can't be read: this build has no mesh "
-              "reader\n");
+              "GRID GEN ERROR:  surface bodies were read, but this build can't yet intersect them "
+              "with the grid\n");
     EXPECT_EQ(FilesIn(run.dir.Path()), InputsAndLogs());
+}
+
+TEST(GridGenRun, UnreadableSurfaceBodyEndsTheProcessByItsException) {
+    CutProjectRun run;
+    WriteWholeFile(run.strProject, StlProject(run.dir / "missing.stl"));
+    const RunResult r = RunProgram(run.dir.Path(), run.Arguments());
+    // Nobody catches the mesh library's exception: the runtime ends the process, with no exit
+    // status and the temporary files left behind.
+    EXPECT_EQ(r.status, -1);
+    EXPECT_EQ(run.Log(".out"),
+              kBanner + "Reading .Grid file (" + run.strProject + ")...\nReading bodies...\n");
+    EXPECT_NE(run.Log(".err").find("FEL_type_detection_error"), std::string::npos);
+    EXPECT_TRUE(PathExists(run.dir / "temp.Grid"));
+    EXPECT_TRUE(PathExists(run.dir / "temp.SlvrRot"));
 }
