@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 namespace {
 
 // Counts its live instances and may own a child, so that tests see destruction.
@@ -63,17 +61,6 @@ TEST(FEL_pointer, TakesTheNewReferenceBeforeReleasingTheOld) {
     EXPECT_EQ(live, 1);
     EXPECT_EQ(p->get_name(), "child");
     EXPECT_EQ(p->get_reference_count(), 1);
-}
-
-TEST(FEL_reference_counted_object, NameAndStreamForm) {
-    int live = 0;
-    FEL_pointer<Probe> p(new Probe(&live, "first"));
-    p->set_name("second name");
-    std::ostringstream out;
-    out << *p;
-    EXPECT_EQ(out.str(), "second name");
-    EXPECT_FALSE(p->is_mesh());
-    EXPECT_FALSE(p->is_field());
 }
 
 }  // namespace

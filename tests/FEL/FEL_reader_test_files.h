@@ -1,38 +1,19 @@
-// Helpers of the reader tests: a scratch directory, files written byte for byte, the shared corpus.
+// Helpers of the reader tests: files written byte for byte, and the shared corpus.
 #pragma once
 
-#include <stdlib.h>
-#include <unistd.h>
-
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
+#include <initializer_list>
 #include <string>
-#include <vector>
 
-// A directory under /tmp, removed with its files at the end of the test.
-class FEL_test_dir {
-  public:
-    FEL_test_dir() {
-        char name[] = "/tmp/fel_reader_test_XXXXXX";
-        dir = mkdtemp(name);
-    }
-    ~FEL_test_dir() {
-        for (const std::string& f : files) std::remove(f.c_str());
-        rmdir(dir.c_str());
-    }
+#include "ScratchDir.h"
+
+// A scratch directory whose write() puts the bytes in a named file and returns its path.
+struct FEL_test_dir : ScratchDir {
     std::string write(const std::string& name, const std::string& bytes) {
-        std::string path = dir + "/" + name;
-        FILE* f = std::fopen(path.c_str(), "wb");
-        std::fwrite(bytes.data(), 1, bytes.size(), f);
-        std::fclose(f);
-        files.push_back(path);
-        return path;
+        WriteWholeFile(*this / name, bytes);
+        return *this / name;
     }
-
-  private:
-    std::string dir;
-    std::vector<std::string> files;
 };
 
 // Byte strings of 32-bit numbers in either order.

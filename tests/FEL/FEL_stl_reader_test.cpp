@@ -2,10 +2,12 @@
 #include "FEL_stl_reader.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cmath>
 #include <fstream>
 #include <set>
+#include <vector>
 
 #include "FEL/FEL_reader_test_files.h"
 #include "FEL_exception.h"

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-#include "Kavex3_GridGen/geninput_support.h"
+#include "gdtest_util.h"
 
 namespace {
 

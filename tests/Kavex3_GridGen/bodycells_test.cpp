@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "gen_records_fixture.h"
+#include "gdtest_util.h"
 
 namespace {
 

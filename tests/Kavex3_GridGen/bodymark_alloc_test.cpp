@@ -1,10 +1,9 @@
 // Checks that marking a body allocates nothing once the working records have grown.
 #include <cstddef>
 
-#include "body_builder.h"
 #include "bodycells.h"
 #include "bodymark.h"
-#include "gen_records_fixture.h"
+#include "gdtest_util.h"
 
 // Counting replacements of the C allocator for this test program; they forward to the C
 // library's own allocator. The sanitizer builds bring their own allocator and skip the check.

@@ -1,9 +1,8 @@
 // Tests of body-cell marking: body extents in cells, cuboids and cut-plane bodies.
 #include "bodymark.h"
 
-#include "body_builder.h"
 #include "bodycells.h"
-#include "gen_records_fixture.h"
+#include "gdtest_util.h"
 
 namespace {
 

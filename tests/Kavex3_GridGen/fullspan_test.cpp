@@ -6,7 +6,7 @@
 
 #include "bodies.h"
 #include "bodycells.h"
-#include "gen_records_fixture.h"
+#include "gdtest_util.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-#include "Kavex3_GridGen/geninput_support.h"
+#include "gdtest_util.h"
 
 namespace {
 
@@ -160,8 +160,8 @@ TEST_F(ReadFileCTest, RealisticProjectFillsOptionsLinesAndBodies) {
     EXPECT_EQ(Zgdln.allBdysMin, 0.0);
     EXPECT_EQ(Zgdln.allBdysMax, 6.0 + 0.1);
 
-    // X: the reversed grid spec (6 to 3) is swapped, its ratio inverted, its flags kept; the grid spec
-    // without grids leaves the rotor's X ends 1 and 3 as forced points.
+    // X: the reversed grid spec (6 to 3) is swapped, its ratio inverted, its flags kept; the grid
+    // spec without grids leaves the rotor's X ends 1 and 3 as forced points.
     ASSERT_EQ(Xgdln.nGdspcs, 2);
     expect_spec(Xgdln.gdspcs[0], 0, 6, 10, 1.0, 1, 1);
     expect_spec(Xgdln.gdspcs[1], 3, 6, 4, 1.0 / (-1.0 / -1.2), 0, 1);

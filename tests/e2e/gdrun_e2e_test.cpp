@@ -1,20 +1,18 @@
 // End-to-end runs of the executable on cut-body projects: every output file compared byte for
 // byte with files built here from the grid rules, by independent arithmetic and formatting.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "ScratchDir.h"
+
 namespace {
 
-namespace fs = std::filesystem;
 using Pts = std::vector<double>;
 
 std::string fmt(const char* format, ...) __attribute__((format(printf, 1, 2)));
@@ -40,40 +38,26 @@ std::string fmt(const char* format, ...) {
 const char* kCube = "2 5\n0\n0 0\n0 10\n10 10\n10 0\n0 0\n10\n0 0\n0 10\n10 10\n10 0\n0 0\n";
 
 // One run directory with the project, rotor and cut files; removed afterwards.
-class RunDir {
+class RunDir : public ScratchDir {
   public:
-    RunDir() {
-        char tmpl[] = "/tmp/gdrun_e2e_XXXXXX";
-        dir_ = mkdtemp(tmpl);
-    }
-    ~RunDir() { fs::remove_all(dir_); }
-    const std::string& path() const { return dir_; }
     void write(const std::string& name, const std::string& text) const {
-        std::ofstream(dir_ + "/" + name, std::ios::binary) << text;
+        WriteWholeFile(*this / name, text);
     }
-    std::string read(const std::string& name) const {
-        std::ifstream in(dir_ + "/" + name, std::ios::binary);
-        std::stringstream s;
-        s << in.rdbuf();
-        return s.str();
-    }
+    std::string read(const std::string& name) const { return ReadWholeFile(*this / name); }
     // Runs the executable from the run directory, so relative names in the project land there.
     int run(const std::string& project) const {
         write("proj.Grid", project);
         write("rotor.SlvrRot", "r\n");
         write("1-x.cut", kCube);
-        const std::string cmd = "cd '" + dir_ + "' && '" KAVEX_GRIDGEN_EXE "' -Grid '" + dir_ +
-                                "/proj.Grid' -SlvrRot '" + dir_ + "/rotor.SlvrRot' -pth '" + dir_ +
-                                "' >/dev/null 2>&1";
+        const std::string cmd = "cd '" + Path() + "' && '" KAVEX_GRIDGEN_EXE "' -Grid '" + Path() +
+                                "/proj.Grid' -SlvrRot '" + Path() + "/rotor.SlvrRot' -pth '" +
+                                Path() + "' >/dev/null 2>&1";
         return std::system(cmd.c_str());
     }
     std::string driver_log() const {
-        return "Vantor Version 0.9.15 (Beta) Build 396\n\nReading .Grid file (" + dir_ +
+        return "Vantor Version 0.9.15 (Beta) Build 396\n\nReading .Grid file (" + Path() +
                "/proj.Grid)...\nBegin Grid Generation...\n";
     }
-
-  private:
-    std::string dir_;
 };
 
 // ---- Project text -------------------------------------------------------------------------
@@ -195,7 +179,7 @@ void expect_files(const RunDir& run, const Axis a[3], const std::string& debug) 
     EXPECT_EQ(run.read("Lcl2Gbl.dat"), fmt("%f %f %f \n", a[0].t, a[1].t, a[2].t));
     EXPECT_EQ(run.read("Kavex3_GridGen.out"), run.driver_log() + debug);
     EXPECT_EQ(run.read("Kavex3_GridGen.err"), "");
-    EXPECT_FALSE(fs::exists(run.path() + "/temp.Grid"));
+    EXPECT_FALSE(PathExists(run / "temp.Grid"));
 }
 
 TEST(GdRunE2E, UniformGradedOverlappingForcedFractionalAndReversedSpecs) {
@@ -346,7 +330,7 @@ std::string small_debug(int level, const RunDir& run, const Axis a[3]) {
         text +=
             "\nBefore Layer Added\nNo. of Bodys: 1\n\nBody Name: Box\nBody Points Type: "
             "XcutPlanes\nBody Points File: " +
-            run.path() +
+            run.Path() +
             "/1-x.cut\nUsed In Solver: False\nFull Span Used In Solver: False\nBounding Box: "
             "(MinXYZ: 0.000000, 0.000000, 0.000000) to (MaxXYZ: 10.000000, 10.000000, "
             "10.000000)\n";
