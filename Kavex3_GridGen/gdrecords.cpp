@@ -1,4 +1,5 @@
-// Storage of the line generator's module-level records; they live for one generator run per process.
+// Storage of the line generator's module-level records; they live for one generator run per
+// process.
 #include "gdrecords.h"
 
 GdOptions gd_options;

@@ -1,4 +1,5 @@
-// Module-level records of the line generator: options, grid lines, grid specs, bodies, layers, body cells.
+// Module-level records of the line generator: options, grid lines, grid specs, bodies, layers, body
+// cells.
 #pragma once
 
 #include <cfloat>
@@ -68,7 +69,8 @@ struct Rotor {
     double plotThicknessRatio;
 };
 
-// One cut plane: a polygon of (q1, q2) pairs, the two coordinates other than the cut axis in axis order.
+// One cut plane: a polygon of (q1, q2) pairs, the two coordinates other than the cut axis in axis
+// order.
 struct BodyCut {
     double posn;
     double (*pts)[2];

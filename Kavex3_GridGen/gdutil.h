@@ -13,7 +13,8 @@
 FILE* skpcmt(FILE* stream);
 
 // skpcmt, then reads one line of at most 261 bytes. Returns a malloc'ed copy of its first token,
-// or null for no token or for the line "\0" (backslash, zero). A read failure exits via perrorNexit.
+// or null for no token or for the line "\0" (backslash, zero). A read failure exits via
+// perrorNexit.
 char* read_file_str(FILE* stream);
 
 // qsort comparison for ascending doubles: -1, 0 or 1.

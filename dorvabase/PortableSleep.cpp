@@ -6,6 +6,8 @@
 
 namespace Dorva {
 
-void PortableSleep(unsigned int seconds) { std::this_thread::sleep_for(std::chrono::seconds(seconds)); }
+void PortableSleep(unsigned int seconds) {
+    std::this_thread::sleep_for(std::chrono::seconds(seconds));
+}
 
 }  // namespace Dorva

@@ -1,4 +1,5 @@
-// Regression: the binary size check overflowed 64-bit arithmetic on dimensions read in a foreign form.
+// Regression: the binary size check overflowed 64-bit arithmetic on dimensions read in a foreign
+// form.
 #include <gtest/gtest.h>
 
 #include <string>
