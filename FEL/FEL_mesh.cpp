@@ -48,6 +48,15 @@ bool same_time(const FEL_time& a, const FEL_time& b) {
     return false;
 }
 
+// The single value of a property that every mesh answers.
+int single_value(const FEL_mesh& mesh, FEL_set_keyword_enum keyword) {
+    int value = 0;
+    const int res = mesh.get(keyword, nullptr, &value, -1);
+    assert(res == 1);
+    (void)res;
+    return value;
+}
+
 float squared_distance(const FEL_vector3<float>& a, const FEL_vector3<float>& b) {
     const FEL_vector3<float> d = a - b;
     return d.x * d.x + d.y * d.y + d.z * d.z;
@@ -114,19 +123,11 @@ int FEL_mesh::get(FEL_set_keyword_enum keyword, int* count, int* values, int) co
 }
 
 int FEL_mesh::get_interpolation() const {
-    int value = 0;
-    const int res = get(FEL_INTERPOLATION, nullptr, &value, -1);
-    assert(res == 1);
-    (void)res;
-    return value;
+    return single_value(*this, FEL_INTERPOLATION);
 }
 
 int FEL_mesh::get_simplicial_decomposition() const {
-    int value = 0;
-    const int res = get(FEL_SIMPLICIAL_DECOMPOSITION, nullptr, &value, -1);
-    assert(res == 1);
-    (void)res;
-    return value;
+    return single_value(*this, FEL_SIMPLICIAL_DECOMPOSITION);
 }
 
 int FEL_mesh::get_structured_dimensions(int* dims) const {
@@ -134,19 +135,11 @@ int FEL_mesh::get_structured_dimensions(int* dims) const {
 }
 
 int FEL_mesh::get_n_zones() const {
-    int value = 0;
-    const int res = get(FEL_N_ZONES, nullptr, &value, -1);
-    assert(res == 1);
-    (void)res;
-    return value;
+    return single_value(*this, FEL_N_ZONES);
 }
 
 bool FEL_mesh::varies_with_time() const {
-    int value = 0;
-    const int res = get(FEL_VARIES_WITH_TIME, nullptr, &value, -1);
-    assert(res == 1);
-    (void)res;
-    return value != 0;
+    return single_value(*this, FEL_VARIES_WITH_TIME) != 0;
 }
 
 int FEL_mesh::get_bounding_box(FEL_vector3<float>* min, FEL_vector3<float>* max,
