@@ -72,6 +72,25 @@ float triple_product(const FEL_vector3<float>& a, const FEL_vector3<float>& b,
     return FEL_dot(a, FEL_cross(b, c));
 }
 
+// The length of the cell's longest or shortest edge, compared squared. With no edges the
+// longest is 0 and the shortest the root of FLT_MAX. The first failing code is passed on.
+int extreme_edge_length(const FEL_mesh& mesh, const FEL_cell& cell, bool longest, float* out) {
+    int n = 0;
+    FEL_cell edges[FEL_MAX_RELATED_CELLS];
+    const int res = mesh.down_cells(cell, 1, &n, edges);
+    if (res != 1) return res;
+    float extreme = longest ? 0.0f : FLT_MAX;
+    for (int e = 0; e < n; ++e) {
+        FEL_vector3<float> ends[2];
+        const int r = mesh.coordinates_at_cell(edges[e], ends);
+        if (r != 1) return r;
+        const float d = squared_distance(ends[0], ends[1]);
+        if (longest ? d > extreme : d < extreme) extreme = d;
+    }
+    *out = std::sqrt(extreme);
+    return 1;
+}
+
 }  // namespace
 
 int FEL_iblank_combine(int a, int b) {
@@ -326,37 +345,11 @@ int FEL_mesh::centroid_of_cell(const FEL_cell& cell, FEL_vector3<float>* out) co
 }
 
 int FEL_mesh::longest_edge_length_of_cell(const FEL_cell& cell, float* out) const {
-    int n = 0;
-    FEL_cell edges[FEL_MAX_RELATED_CELLS];
-    const int res = down_cells(cell, 1, &n, edges);
-    if (res != 1) return res;
-    float longest = 0.0f;
-    for (int e = 0; e < n; ++e) {
-        FEL_vector3<float> ends[2];
-        const int r = coordinates_at_cell(edges[e], ends);
-        if (r != 1) return r;
-        const float d = squared_distance(ends[0], ends[1]);
-        if (d > longest) longest = d;
-    }
-    *out = std::sqrt(longest);
-    return 1;
+    return extreme_edge_length(*this, cell, true, out);
 }
 
 int FEL_mesh::shortest_edge_length_of_cell(const FEL_cell& cell, float* out) const {
-    int n = 0;
-    FEL_cell edges[FEL_MAX_RELATED_CELLS];
-    const int res = down_cells(cell, 1, &n, edges);
-    if (res != 1) return res;
-    float shortest = FLT_MAX;
-    for (int e = 0; e < n; ++e) {
-        FEL_vector3<float> ends[2];
-        const int r = coordinates_at_cell(edges[e], ends);
-        if (r != 1) return r;
-        const float d = squared_distance(ends[0], ends[1]);
-        if (d < shortest) shortest = d;
-    }
-    *out = std::sqrt(shortest);
-    return 1;
+    return extreme_edge_length(*this, cell, false, out);
 }
 
 int FEL_mesh::closest_vertex_of_cell(const FEL_phys_pos& pos, const FEL_cell& cell,
