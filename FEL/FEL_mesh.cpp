@@ -388,13 +388,10 @@ int FEL_mesh::begin(FEL_cell_iter* iter) const {
     return begin(iter, 0, reinterpret_cast<char*>(&none));
 }
 
-int FEL_mesh::begin(FEL_cell_iter* iter, int key, ...) const {
+template <class Iter>
+int FEL_mesh::begin_key_list(Iter* iter, int key, va_list args) const {
     int packed[2 * max_key_pairs];
-    va_list args;
-    va_start(args, key);
-    const bool complete = pack_key_list(key, args, packed);
-    va_end(args);
-    if (!complete) {
+    if (!pack_key_list(key, args, packed)) {
         report_bad_args();
         clear_walk(iter);
         return 0;
@@ -402,18 +399,20 @@ int FEL_mesh::begin(FEL_cell_iter* iter, int key, ...) const {
     return begin(iter, key, reinterpret_cast<char*>(packed));
 }
 
-int FEL_mesh::begin(FEL_vertex_cell_iter* iter, int key, ...) const {
-    int packed[2 * max_key_pairs];
+int FEL_mesh::begin(FEL_cell_iter* iter, int key, ...) const {
     va_list args;
     va_start(args, key);
-    const bool complete = pack_key_list(key, args, packed);
+    const int res = begin_key_list(iter, key, args);
     va_end(args);
-    if (!complete) {
-        report_bad_args();
-        clear_walk(iter);
-        return 0;
-    }
-    return begin(iter, key, reinterpret_cast<char*>(packed));
+    return res;
+}
+
+int FEL_mesh::begin(FEL_vertex_cell_iter* iter, int key, ...) const {
+    va_list args;
+    va_start(args, key);
+    const int res = begin_key_list(iter, key, args);
+    va_end(args);
+    return res;
 }
 
 void FEL_mesh::end(FEL_cell_iter* iter) const {

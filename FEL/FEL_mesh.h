@@ -2,6 +2,7 @@
 // answers, with the algorithms the base class implements itself.
 #pragma once
 
+#include <cstdarg>
 #include <string>
 
 #include "FEL_cell.h"
@@ -231,6 +232,12 @@ class FEL_mesh : public FEL_mutex_reference_counted_object {
     FEL_vector3<float> bounding_box_min;
     FEL_vector3<float> bounding_box_max;
     FEL_time bounding_box_time;
+
+  private:
+    // Packs the variadic key list of the begin forms and starts the walk; a list longer than
+    // the packing holds is reported and leaves the iterator done.
+    template <class Iter>
+    int begin_key_list(Iter* iter, int key, va_list args) const;
 };
 
 // A mesh of one zone.
