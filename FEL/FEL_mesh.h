@@ -225,6 +225,10 @@ class FEL_mesh : public FEL_mutex_reference_counted_object {
     // Marks an iterator done and drops its mesh pointers.
     template <class Iter>
     static void clear_walk(Iter* iter);
+    // Starts a walk over indices 0 to n_nodes - 1 on each axis, narrowed by a key list, with
+    // the iterator's cell reset. Returns 1, or 0 with the iterator done.
+    template <class Iter>
+    static int begin_index_walk(Iter* iter, int key, const char* args, const int* n_nodes);
 
     std::int32_t simplicial_decomposition;
     std::int32_t interpolation;
@@ -284,4 +288,18 @@ void FEL_mesh::clear_walk(Iter* iter) {
     iter->done = true;
     iter->done_mesh = nullptr;
     iter->advance_mesh = nullptr;
+}
+
+template <class Iter>
+int FEL_mesh::begin_index_walk(Iter* iter, int key, const char* args, const int* n_nodes) {
+    clear_walk(iter);
+    FEL_walk_bounds bounds = {{0, 0, 0},
+                              {n_nodes[0] - 1, n_nodes[1] - 1, n_nodes[2] - 1},
+                              {1, 1, 1},
+                              {false, false, false},
+                              -1};
+    if (apply_begin_keys(key, args, n_nodes, &bounds) != 1) return 0;
+    iter->cell = decltype(iter->cell)();
+    start_walk(iter, bounds);
+    return 1;
 }
