@@ -48,6 +48,15 @@ bool same_time(const FEL_time& a, const FEL_time& b) {
     return false;
 }
 
+// The single value of a property that every mesh answers.
+int single_value(const FEL_mesh& mesh, FEL_set_keyword_enum keyword) {
+    int value = 0;
+    const int res = mesh.get(keyword, nullptr, &value, -1);
+    assert(res == 1);
+    (void)res;
+    return value;
+}
+
 float squared_distance(const FEL_vector3<float>& a, const FEL_vector3<float>& b) {
     const FEL_vector3<float> d = a - b;
     return d.x * d.x + d.y * d.y + d.z * d.z;
@@ -61,6 +70,25 @@ bool same_point(const FEL_vector3<float>& a, const FEL_vector3<float>& b) {
 float triple_product(const FEL_vector3<float>& a, const FEL_vector3<float>& b,
                      const FEL_vector3<float>& c) {
     return FEL_dot(a, FEL_cross(b, c));
+}
+
+// The length of the cell's longest or shortest edge, compared squared. With no edges the
+// longest is 0 and the shortest the root of FLT_MAX. The first failing code is passed on.
+int extreme_edge_length(const FEL_mesh& mesh, const FEL_cell& cell, bool longest, float* out) {
+    int n = 0;
+    FEL_cell edges[FEL_MAX_RELATED_CELLS];
+    const int res = mesh.down_cells(cell, 1, &n, edges);
+    if (res != 1) return res;
+    float extreme = longest ? 0.0f : FLT_MAX;
+    for (int e = 0; e < n; ++e) {
+        FEL_vector3<float> ends[2];
+        const int r = mesh.coordinates_at_cell(edges[e], ends);
+        if (r != 1) return r;
+        const float d = squared_distance(ends[0], ends[1]);
+        if (longest ? d > extreme : d < extreme) extreme = d;
+    }
+    *out = std::sqrt(extreme);
+    return 1;
 }
 
 }  // namespace
@@ -114,19 +142,11 @@ int FEL_mesh::get(FEL_set_keyword_enum keyword, int* count, int* values, int) co
 }
 
 int FEL_mesh::get_interpolation() const {
-    int value = 0;
-    const int res = get(FEL_INTERPOLATION, nullptr, &value, -1);
-    assert(res == 1);
-    (void)res;
-    return value;
+    return single_value(*this, FEL_INTERPOLATION);
 }
 
 int FEL_mesh::get_simplicial_decomposition() const {
-    int value = 0;
-    const int res = get(FEL_SIMPLICIAL_DECOMPOSITION, nullptr, &value, -1);
-    assert(res == 1);
-    (void)res;
-    return value;
+    return single_value(*this, FEL_SIMPLICIAL_DECOMPOSITION);
 }
 
 int FEL_mesh::get_structured_dimensions(int* dims) const {
@@ -134,19 +154,11 @@ int FEL_mesh::get_structured_dimensions(int* dims) const {
 }
 
 int FEL_mesh::get_n_zones() const {
-    int value = 0;
-    const int res = get(FEL_N_ZONES, nullptr, &value, -1);
-    assert(res == 1);
-    (void)res;
-    return value;
+    return single_value(*this, FEL_N_ZONES);
 }
 
 bool FEL_mesh::varies_with_time() const {
-    int value = 0;
-    const int res = get(FEL_VARIES_WITH_TIME, nullptr, &value, -1);
-    assert(res == 1);
-    (void)res;
-    return value != 0;
+    return single_value(*this, FEL_VARIES_WITH_TIME) != 0;
 }
 
 int FEL_mesh::get_bounding_box(FEL_vector3<float>* min, FEL_vector3<float>* max,
@@ -333,37 +345,11 @@ int FEL_mesh::centroid_of_cell(const FEL_cell& cell, FEL_vector3<float>* out) co
 }
 
 int FEL_mesh::longest_edge_length_of_cell(const FEL_cell& cell, float* out) const {
-    int n = 0;
-    FEL_cell edges[FEL_MAX_RELATED_CELLS];
-    const int res = down_cells(cell, 1, &n, edges);
-    if (res != 1) return res;
-    float longest = 0.0f;
-    for (int e = 0; e < n; ++e) {
-        FEL_vector3<float> ends[2];
-        const int r = coordinates_at_cell(edges[e], ends);
-        if (r != 1) return r;
-        const float d = squared_distance(ends[0], ends[1]);
-        if (d > longest) longest = d;
-    }
-    *out = std::sqrt(longest);
-    return 1;
+    return extreme_edge_length(*this, cell, true, out);
 }
 
 int FEL_mesh::shortest_edge_length_of_cell(const FEL_cell& cell, float* out) const {
-    int n = 0;
-    FEL_cell edges[FEL_MAX_RELATED_CELLS];
-    const int res = down_cells(cell, 1, &n, edges);
-    if (res != 1) return res;
-    float shortest = FLT_MAX;
-    for (int e = 0; e < n; ++e) {
-        FEL_vector3<float> ends[2];
-        const int r = coordinates_at_cell(edges[e], ends);
-        if (r != 1) return r;
-        const float d = squared_distance(ends[0], ends[1]);
-        if (d < shortest) shortest = d;
-    }
-    *out = std::sqrt(shortest);
-    return 1;
+    return extreme_edge_length(*this, cell, false, out);
 }
 
 int FEL_mesh::closest_vertex_of_cell(const FEL_phys_pos& pos, const FEL_cell& cell,
@@ -402,13 +388,10 @@ int FEL_mesh::begin(FEL_cell_iter* iter) const {
     return begin(iter, 0, reinterpret_cast<char*>(&none));
 }
 
-int FEL_mesh::begin(FEL_cell_iter* iter, int key, ...) const {
+template <class Iter>
+int FEL_mesh::begin_key_list(Iter* iter, int key, va_list args) const {
     int packed[2 * max_key_pairs];
-    va_list args;
-    va_start(args, key);
-    const bool complete = pack_key_list(key, args, packed);
-    va_end(args);
-    if (!complete) {
+    if (!pack_key_list(key, args, packed)) {
         report_bad_args();
         clear_walk(iter);
         return 0;
@@ -416,18 +399,20 @@ int FEL_mesh::begin(FEL_cell_iter* iter, int key, ...) const {
     return begin(iter, key, reinterpret_cast<char*>(packed));
 }
 
-int FEL_mesh::begin(FEL_vertex_cell_iter* iter, int key, ...) const {
-    int packed[2 * max_key_pairs];
+int FEL_mesh::begin(FEL_cell_iter* iter, int key, ...) const {
     va_list args;
     va_start(args, key);
-    const bool complete = pack_key_list(key, args, packed);
+    const int res = begin_key_list(iter, key, args);
     va_end(args);
-    if (!complete) {
-        report_bad_args();
-        clear_walk(iter);
-        return 0;
-    }
-    return begin(iter, key, reinterpret_cast<char*>(packed));
+    return res;
+}
+
+int FEL_mesh::begin(FEL_vertex_cell_iter* iter, int key, ...) const {
+    va_list args;
+    va_start(args, key);
+    const int res = begin_key_list(iter, key, args);
+    va_end(args);
+    return res;
 }
 
 void FEL_mesh::end(FEL_cell_iter* iter) const {

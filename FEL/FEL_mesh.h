@@ -2,6 +2,7 @@
 // answers, with the algorithms the base class implements itself.
 #pragma once
 
+#include <cstdarg>
 #include <string>
 
 #include "FEL_cell.h"
@@ -224,6 +225,10 @@ class FEL_mesh : public FEL_mutex_reference_counted_object {
     // Marks an iterator done and drops its mesh pointers.
     template <class Iter>
     static void clear_walk(Iter* iter);
+    // Starts a walk over indices 0 to n_nodes - 1 on each axis, narrowed by a key list, with
+    // the iterator's cell reset. Returns 1, or 0 with the iterator done.
+    template <class Iter>
+    static int begin_index_walk(Iter* iter, int key, const char* args, const int* n_nodes);
 
     std::int32_t simplicial_decomposition;
     std::int32_t interpolation;
@@ -231,6 +236,12 @@ class FEL_mesh : public FEL_mutex_reference_counted_object {
     FEL_vector3<float> bounding_box_min;
     FEL_vector3<float> bounding_box_max;
     FEL_time bounding_box_time;
+
+  private:
+    // Packs the variadic key list of the begin forms and starts the walk; a list longer than
+    // the packing holds is reported and leaves the iterator done.
+    template <class Iter>
+    int begin_key_list(Iter* iter, int key, va_list args) const;
 };
 
 // A mesh of one zone.
@@ -277,4 +288,18 @@ void FEL_mesh::clear_walk(Iter* iter) {
     iter->done = true;
     iter->done_mesh = nullptr;
     iter->advance_mesh = nullptr;
+}
+
+template <class Iter>
+int FEL_mesh::begin_index_walk(Iter* iter, int key, const char* args, const int* n_nodes) {
+    clear_walk(iter);
+    FEL_walk_bounds bounds = {{0, 0, 0},
+                              {n_nodes[0] - 1, n_nodes[1] - 1, n_nodes[2] - 1},
+                              {1, 1, 1},
+                              {false, false, false},
+                              -1};
+    if (apply_begin_keys(key, args, n_nodes, &bounds) != 1) return 0;
+    iter->cell = decltype(iter->cell)();
+    start_walk(iter, bounds);
+    return 1;
 }

@@ -40,14 +40,11 @@ std::ostream& operator<<(std::ostream& out, const FEL_reference_counted_object& 
 }
 
 void FEL_mutex_reference_counted_object::increment_reference() {
-    reference_count = reference_count + 1;
-    if (reference_count_debug) report_count("increment_reference");
+    FEL_reference_counted_object::increment_reference();
 }
 
 int FEL_mutex_reference_counted_object::decrement_reference() {
-    reference_count = reference_count - 1;
-    if (reference_count_debug) report_count("decrement_reference");
-    return reference_count;
+    return FEL_reference_counted_object::decrement_reference();
 }
 
 void FEL_pointer_base::set(FEL_reference_counted_object* p) {

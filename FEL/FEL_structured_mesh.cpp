@@ -489,14 +489,8 @@ int FEL_structured_mesh::coordinates_at_cell(const FEL_cell&, FEL_vector3<float>
 }
 
 int FEL_structured_mesh::begin(FEL_vertex_cell_iter* iter, int key, char* args) const {
-    clear_walk(iter);
     const int n_nodes[3] = {ni, nj, nk};
-    FEL_walk_bounds bounds = {
-        {0, 0, 0}, {ni - 1, nj - 1, nk - 1}, {1, 1, 1}, {false, false, false}, -1};
-    if (apply_begin_keys(key, args, n_nodes, &bounds) != 1) return 0;
-    iter->cell = FEL_vertex_cell();
-    start_walk(iter, bounds);
-    return 1;
+    return begin_index_walk(iter, key, args, n_nodes);
 }
 
 int FEL_structured_mesh::begin(FEL_cell_iter* iter, int key, char* args) const {

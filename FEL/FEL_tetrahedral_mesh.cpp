@@ -188,26 +188,14 @@ int FEL_tetrahedral_mesh::compute_bounding_box(FEL_vector3<float>* min, FEL_vect
 }
 
 int FEL_tetrahedral_mesh::begin(FEL_vertex_cell_iter* iter, int key, char* args) const {
-    clear_walk(iter);
     const int n_nodes[3] = {n_vertices, 1, 1};
-    FEL_walk_bounds bounds = {
-        {0, 0, 0}, {n_vertices - 1, 0, 0}, {1, 1, 1}, {false, false, false}, -1};
-    if (apply_begin_keys(key, args, n_nodes, &bounds) != 1) return 0;
-    iter->cell = FEL_vertex_cell();
-    start_walk(iter, bounds);
-    return 1;
+    return begin_index_walk(iter, key, args, n_nodes);
 }
 
 int FEL_tetrahedral_mesh::begin(FEL_cell_iter* iter, int key, char* args) const {
-    clear_walk(iter);
     const bool volume = n_tetrahedra > 0;
-    const int n_elements = volume ? n_tetrahedra : n_triangles;
-    const int n_nodes[3] = {n_elements, 1, 1};
-    FEL_walk_bounds bounds = {
-        {0, 0, 0}, {n_elements - 1, 0, 0}, {1, 1, 1}, {false, false, false}, -1};
-    if (apply_begin_keys(key, args, n_nodes, &bounds) != 1) return 0;
-    iter->cell = FEL_cell();
+    const int n_elements[3] = {volume ? n_tetrahedra : n_triangles, 1, 1};
+    if (begin_index_walk(iter, key, args, n_elements) != 1) return 0;
     iter->cell.type = volume ? FEL_CELL_TETRAHEDRON : FEL_CELL_TRIANGLE;
-    start_walk(iter, bounds);
     return 1;
 }

@@ -106,6 +106,39 @@ bool FEL_transformed_mesh::is_mesh_iblanked() const {
     return mesh->is_mesh_iblanked();
 }
 
+int FEL_transformed_mesh::coordinates_at_cell(const FEL_cell& cell, FEL_vector3<float>* out) const {
+    const int res = mesh->coordinates_at_cell(cell, out);
+    if (res == 1) move_nodes(out, cell.get_n_nodes());
+    return res;
+}
+
+int FEL_transformed_mesh::coordinates_at_vertex_cell(const FEL_vertex_cell& vertex,
+                                                     FEL_vector3<float>* out) const {
+    const int res = mesh->coordinates_at_vertex_cell(vertex, out);
+    if (res == 1) move_nodes(out, 1);
+    return res;
+}
+
+int FEL_transformed_mesh::coordinates_at_structured_pos(const FEL_structured_pos& pos,
+                                                        FEL_vector3<float>* out) const {
+    const int res = mesh->coordinates_at_structured_pos(pos, out);
+    if (res == 1) move_nodes(out, 1);
+    return res;
+}
+
+int FEL_transformed_mesh::locate(const FEL_phys_pos& pos, FEL_cell* out) const {
+    return mesh->locate(moved_back(pos), out);
+}
+
+int FEL_transformed_mesh::locate(const FEL_phys_pos& pos, FEL_cell& previous, FEL_cell* out) const {
+    return mesh->locate(moved_back(pos), previous, out);
+}
+
+int FEL_transformed_mesh::locate_close_vertex_cell(const FEL_phys_pos& pos,
+                                                   FEL_vertex_cell* out) const {
+    return mesh->locate_close_vertex_cell(moved_back(pos), out);
+}
+
 FEL_phys_pos FEL_translated_mesh::moved_back(const FEL_phys_pos& pos) const {
     return FEL_phys_pos(pos.x - offset.x, pos.y - offset.y, pos.z - offset.z, pos.time);
 }
@@ -116,25 +149,8 @@ FEL_pointer<FEL_mesh> FEL_translated_mesh::get_zone(int zone) const {
     return FEL_pointer<FEL_mesh>(new FEL_translated_mesh(inner, offset, get_name()));
 }
 
-int FEL_translated_mesh::coordinates_at_cell(const FEL_cell& cell, FEL_vector3<float>* out) const {
-    const int res = mesh->coordinates_at_cell(cell, out);
-    if (res == 1)
-        for (int n = 0; n < cell.get_n_nodes(); ++n) out[n] += offset;
-    return res;
-}
-
-int FEL_translated_mesh::coordinates_at_vertex_cell(const FEL_vertex_cell& vertex,
-                                                    FEL_vector3<float>* out) const {
-    const int res = mesh->coordinates_at_vertex_cell(vertex, out);
-    if (res == 1) *out += offset;
-    return res;
-}
-
-int FEL_translated_mesh::coordinates_at_structured_pos(const FEL_structured_pos& pos,
-                                                       FEL_vector3<float>* out) const {
-    const int res = mesh->coordinates_at_structured_pos(pos, out);
-    if (res == 1) *out += offset;
-    return res;
+void FEL_translated_mesh::move_nodes(FEL_vector3<float>* nodes, int n) const {
+    for (int c = 0; c < n; ++c) nodes[c] += offset;
 }
 
 int FEL_translated_mesh::compute_bounding_box(FEL_vector3<float>* min, FEL_vector3<float>* max,
@@ -145,19 +161,6 @@ int FEL_translated_mesh::compute_bounding_box(FEL_vector3<float>* min, FEL_vecto
         *max += offset;
     }
     return res;
-}
-
-int FEL_translated_mesh::locate(const FEL_phys_pos& pos, FEL_cell* out) const {
-    return mesh->locate(moved_back(pos), out);
-}
-
-int FEL_translated_mesh::locate(const FEL_phys_pos& pos, FEL_cell& previous, FEL_cell* out) const {
-    return mesh->locate(moved_back(pos), previous, out);
-}
-
-int FEL_translated_mesh::locate_close_vertex_cell(const FEL_phys_pos& pos,
-                                                  FEL_vertex_cell* out) const {
-    return mesh->locate_close_vertex_cell(moved_back(pos), out);
 }
 
 bool FEL_rotated_mesh::set_rotation(const FEL_matrix33<float>& new_matrix) {
@@ -176,43 +179,13 @@ FEL_pointer<FEL_mesh> FEL_rotated_mesh::get_zone(int zone) const {
     return FEL_pointer<FEL_mesh>(new FEL_rotated_mesh(inner, matrix, get_name()));
 }
 
-int FEL_rotated_mesh::coordinates_at_cell(const FEL_cell& cell, FEL_vector3<float>* out) const {
-    const int res = mesh->coordinates_at_cell(cell, out);
-    if (res == 1)
-        for (int n = 0; n < cell.get_n_nodes(); ++n) out[n] = matrix * out[n];
-    return res;
-}
-
-int FEL_rotated_mesh::coordinates_at_vertex_cell(const FEL_vertex_cell& vertex,
-                                                 FEL_vector3<float>* out) const {
-    const int res = mesh->coordinates_at_vertex_cell(vertex, out);
-    if (res == 1) *out = matrix * *out;
-    return res;
-}
-
-int FEL_rotated_mesh::coordinates_at_structured_pos(const FEL_structured_pos& pos,
-                                                    FEL_vector3<float>* out) const {
-    const int res = mesh->coordinates_at_structured_pos(pos, out);
-    if (res == 1) *out = matrix * *out;
-    return res;
+void FEL_rotated_mesh::move_nodes(FEL_vector3<float>* nodes, int n) const {
+    for (int c = 0; c < n; ++c) nodes[c] = matrix * nodes[c];
 }
 
 int FEL_rotated_mesh::compute_bounding_box(FEL_vector3<float>* min, FEL_vector3<float>* max,
                                            const FEL_time& time) {
     return FEL_mesh::compute_bounding_box(min, max, time);
-}
-
-int FEL_rotated_mesh::locate(const FEL_phys_pos& pos, FEL_cell* out) const {
-    return mesh->locate(moved_back(pos), out);
-}
-
-int FEL_rotated_mesh::locate(const FEL_phys_pos& pos, FEL_cell& previous, FEL_cell* out) const {
-    return mesh->locate(moved_back(pos), previous, out);
-}
-
-int FEL_rotated_mesh::locate_close_vertex_cell(const FEL_phys_pos& pos,
-                                               FEL_vertex_cell* out) const {
-    return mesh->locate_close_vertex_cell(moved_back(pos), out);
 }
 
 FEL_x_rotated_mesh::FEL_x_rotated_mesh(const FEL_pointer<FEL_mesh>& mesh, float angle,

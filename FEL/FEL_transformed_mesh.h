@@ -4,8 +4,9 @@
 #include "FEL_matrix33.h"
 #include "FEL_mesh.h"
 
-// Passes topology, properties and walks to the wrapped mesh unchanged; derived classes move
-// coordinates and positions.
+// Passes topology, properties and walks to the wrapped mesh unchanged. Coordinates come from the
+// wrapped mesh moved by the derived class's rule, and positions to locate are moved back by it
+// before they are passed on.
 class FEL_transformed_mesh : public FEL_mesh {
   public:
     FEL_transformed_mesh(const FEL_pointer<FEL_mesh>& mesh, const std::string& name)
@@ -49,8 +50,21 @@ class FEL_transformed_mesh : public FEL_mesh {
     bool is_multi_mesh() const override;
     bool is_curvilinear_surface_mesh() const override;
     bool is_mesh_iblanked() const override;
+    int coordinates_at_cell(const FEL_cell& cell, FEL_vector3<float>* out) const override;
+    int coordinates_at_vertex_cell(const FEL_vertex_cell& vertex,
+                                   FEL_vector3<float>* out) const override;
+    int coordinates_at_structured_pos(const FEL_structured_pos& pos,
+                                      FEL_vector3<float>* out) const override;
+    int locate(const FEL_phys_pos& pos, FEL_cell* out) const override;
+    int locate(const FEL_phys_pos& pos, FEL_cell& previous, FEL_cell* out) const override;
+    int locate_close_vertex_cell(const FEL_phys_pos& pos, FEL_vertex_cell* out) const override;
 
   protected:
+    // Moves n points of the wrapped mesh, in place, into this mesh.
+    virtual void move_nodes(FEL_vector3<float>* nodes, int n) const = 0;
+    // A position in this mesh as the wrapped mesh sees it.
+    virtual FEL_phys_pos moved_back(const FEL_phys_pos& pos) const = 0;
+
     FEL_pointer<FEL_mesh> mesh;
 };
 
@@ -63,19 +77,12 @@ class FEL_translated_mesh : public FEL_transformed_mesh {
 
     // Zone i of the wrapped mesh, translated alike; null if it has none.
     FEL_pointer<FEL_mesh> get_zone(int zone) const override;
-    int coordinates_at_cell(const FEL_cell& cell, FEL_vector3<float>* out) const override;
-    int coordinates_at_vertex_cell(const FEL_vertex_cell& vertex,
-                                   FEL_vector3<float>* out) const override;
-    int coordinates_at_structured_pos(const FEL_structured_pos& pos,
-                                      FEL_vector3<float>* out) const override;
     int compute_bounding_box(FEL_vector3<float>* min, FEL_vector3<float>* max,
                              const FEL_time& time) override;
-    int locate(const FEL_phys_pos& pos, FEL_cell* out) const override;
-    int locate(const FEL_phys_pos& pos, FEL_cell& previous, FEL_cell* out) const override;
-    int locate_close_vertex_cell(const FEL_phys_pos& pos, FEL_vertex_cell* out) const override;
 
   private:
-    FEL_phys_pos moved_back(const FEL_phys_pos& pos) const;
+    void move_nodes(FEL_vector3<float>* nodes, int n) const override;
+    FEL_phys_pos moved_back(const FEL_phys_pos& pos) const override;
 
     FEL_vector3<float> offset;
 };
@@ -96,20 +103,13 @@ class FEL_rotated_mesh : public FEL_transformed_mesh {
     const FEL_matrix33<float>& get_rotation() const { return matrix; }
 
     FEL_pointer<FEL_mesh> get_zone(int zone) const override;
-    int coordinates_at_cell(const FEL_cell& cell, FEL_vector3<float>* out) const override;
-    int coordinates_at_vertex_cell(const FEL_vertex_cell& vertex,
-                                   FEL_vector3<float>* out) const override;
-    int coordinates_at_structured_pos(const FEL_structured_pos& pos,
-                                      FEL_vector3<float>* out) const override;
     // A walk over all nodes: a rotated box is not the box of the rotated nodes.
     int compute_bounding_box(FEL_vector3<float>* min, FEL_vector3<float>* max,
                              const FEL_time& time) override;
-    int locate(const FEL_phys_pos& pos, FEL_cell* out) const override;
-    int locate(const FEL_phys_pos& pos, FEL_cell& previous, FEL_cell* out) const override;
-    int locate_close_vertex_cell(const FEL_phys_pos& pos, FEL_vertex_cell* out) const override;
 
   private:
-    FEL_phys_pos moved_back(const FEL_phys_pos& pos) const;
+    void move_nodes(FEL_vector3<float>* nodes, int n) const override;
+    FEL_phys_pos moved_back(const FEL_phys_pos& pos) const override;
 
     FEL_matrix33<float> matrix;
 };
