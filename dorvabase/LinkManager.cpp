@@ -154,7 +154,8 @@ bool LinkManager::MapSharedMemory(bool& existed) {
     void* base = mmap(nullptr, m_regionSize, PROT_READ | PROT_WRITE, MAP_SHARED, m_fd, 0);
     if (base == MAP_FAILED) {
         std::cerr << "MapViewOfFile failed:  Error Number:  " << errno << std::endl;
-        if (close(m_fd) != 0) std::cerr << "CloseHandle failed: Error Number: " << errno << std::endl;
+        if (close(m_fd) != 0)
+            std::cerr << "CloseHandle failed: Error Number: " << errno << std::endl;
         m_fd = -1;
         return false;
     }

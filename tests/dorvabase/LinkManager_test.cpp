@@ -76,9 +76,10 @@ TEST(LinkManager, ResultCodesOfOneProcess) {
         {{"start", "create", "4096", "499", "create", "4097", "0", "create", "0", "500", "create",
           "0", "0"},
          "1\n1 0\n9 0\n10 0\n1 1\n"},
-        {{"start", "create", "16", "3", "attach", "0", "16", "key", "3", "16", "key", "4", "16",
-          "attach", "100", "16", "attach", "5", "16", "get", "0", "8", "get", "0", "16", "get", "5",
-          "16", "detach", "5", "detach", "100", "detach", "0", "get", "0", "16"},
+        {{"start",  "create", "16",     "3",      "attach", "0",   "16",     "key", "3",      "16",
+          "key",    "4",      "16",     "attach", "100",    "16",  "attach", "5",   "16",     "get",
+          "0",      "8",      "get",    "0",      "16",     "get", "5",      "16",  "detach", "5",
+          "detach", "100",    "detach", "0",      "get",    "0",   "16"},
          "1\n1 0\n14\n14 0\n11 0\n13\n16\n17\n1\n15\n15\n13\n1\n15\n"},
         {hundredAndOne, hundredAndOneOut},
     };

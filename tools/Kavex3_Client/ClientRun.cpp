@@ -92,11 +92,9 @@ std::string Fixed(double seconds) {
 // The worker in a process group of its own, so that a Ctrl-C in the terminal reaches the client
 // only and becomes a stop. Returns the pid, or -1.
 pid_t StartWorker(const ClientOptions& options, std::uint32_t linkId) {
-    std::vector<std::string> vecArguments = {options.strWorker,
-                                             "-Grid=" + options.strGridFile,
-                                             "-SlvrRot=" + options.strRotorFile,
-                                             "-pth=" + options.strRunDir,
-                                             "-linkid=" + std::to_string(linkId)};
+    std::vector<std::string> vecArguments = {
+        options.strWorker, "-Grid=" + options.strGridFile, "-SlvrRot=" + options.strRotorFile,
+        "-pth=" + options.strRunDir, "-linkid=" + std::to_string(linkId)};
     std::vector<char*> argv;
     for (std::string& strArgument : vecArguments) argv.push_back(&strArgument[0]);
     argv.push_back(nullptr);
@@ -150,8 +148,7 @@ int RunClient(const ClientOptions& options) {
     };
     const pid_t pid = StartWorker(options, link->GetLinkId());
     if (pid < 0) {
-        std::cerr << "Kavex3_Client: can't start the worker: " << std::strerror(errno)
-                  << std::endl;
+        std::cerr << "Kavex3_Client: can't start the worker: " << std::strerror(errno) << std::endl;
         delete link;
         LinkManager::Shutdown();
         return CLIENT_CANNOT_RUN;
@@ -193,9 +190,10 @@ int RunClient(const ClientOptions& options) {
     result = link->GetSuccessfulCompletion(blnSuccess);
     std::cout << "Worker ended after " << Fixed(endSeconds) << " s: " << WorkerEnd(status) << '\n'
               << "Successful completion: "
-              << (result != LinkManager::SUCCESS ? "unknown (" +
-                                                       LinkManager::GetResultString(result) + ")"
-                                                 : blnSuccess ? "yes" : "no")
+              << (result != LinkManager::SUCCESS
+                      ? "unknown (" + LinkManager::GetResultString(result) + ")"
+                  : blnSuccess ? "yes"
+                               : "no")
               << '\n';
     if (stopSeconds >= 0.0) {
         std::cout << "Stopped on request: the worker ended " << Fixed(endSeconds - stopSeconds)
