@@ -5,7 +5,6 @@
 #include <pwd.h>
 #include <sys/stat.h>
 
-#include <cstring>
 #include <ctime>
 #include <memory>
 
@@ -15,28 +14,11 @@ using Dorva::LinkManager;
 
 namespace {
 
-// The region of a test, mapped into the test process to look at it as the front end would.
-class RegionView {
-  public:
-    explicit RegionView(const std::string& name) {
-        const int fd = shm_open(("/" + name).c_str(), O_RDWR, 0);
-        if (fd < 0) throw std::runtime_error("no region " + name);
-        void* base = mmap(nullptr, 462000, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
-        close(fd);
-        if (base == MAP_FAILED) throw std::runtime_error("mmap failed");
-        m_base = static_cast<unsigned char*>(base);
-    }
-    ~RegionView() { munmap(m_base, 462000); }
-    std::int64_t* Slot(int slot) { return reinterpret_cast<std::int64_t*>(m_base) + slot; }
-    unsigned char* Block(int id) { return m_base + 400 + id * 4616; }
-
-  private:
-    unsigned char* m_base;
-};
-
-mode_t Mode(const std::string& path) {
-    struct stat status;
-    return stat(path.c_str(), &status) == 0 ? (status.st_mode & 07777) : 0;
+// The file's status; all zeros when it doesn't exist.
+struct stat StatusOf(const std::string& path) {
+    struct stat status = {};
+    stat(path.c_str(), &status);
+    return status;
 }
 
 }  // namespace
@@ -62,7 +44,7 @@ TEST(LinkManager, ResultCodesOfOneProcess) {
     for (int i = 0; i < 101; ++i) hundredAndOne.insert(hundredAndOne.end(), {"create", "0", "0"});
     std::string hundredAndOneOut = "1\n";
     for (int i = 0; i < 100; ++i) hundredAndOneOut += "1 " + std::to_string(i) + "\n";
-    hundredAndOneOut += "12 0\n";
+    hundredAndOneOut += "12 99\n";  // the number out is left alone
 
     const struct {
         std::vector<std::string> commands;
@@ -82,6 +64,8 @@ TEST(LinkManager, ResultCodesOfOneProcess) {
           "detach", "100",    "detach", "0",      "get",    "0",   "16"},
          "1\n1 0\n14\n14 0\n11 0\n13\n16\n17\n1\n15\n15\n13\n1\n15\n"},
         {hundredAndOne, hundredAndOneOut},
+        // A parent's control record starts as zeros.
+        {{"start", "conparent", "report"}, "1\n1 0\n0 0 0 0\n"},
     };
     int row = 0;
     for (const auto& c : cases) {
@@ -90,43 +74,38 @@ TEST(LinkManager, ResultCodesOfOneProcess) {
     }
 }
 
+// The owner's link holds 8 bytes: a control link (16 bytes) can't attach to it, nor to a free one.
 TEST(LinkManager, AttachingToAnotherProcesssLink) {
     TestRegion region("attach");
-    LinkPeer owner(region.Name(), {"start", "create", "16", "2", "wait", "shutdown"});
-    ASSERT_EQ(owner.ReadLine(), "1");
-    ASSERT_EQ(owner.ReadLine(), "1 0");
-    ASSERT_EQ(owner.ReadLine(), "waiting");
-    EXPECT_EQ(RunPeer(region.Name(), {"start", "attach", "0", "8", "attach", "0", "4097", "key",
-                                      "2", "16", "detach", "0", "attach", "0", "16", "shutdown"}),
-              "1\n17\n9\n1 0\n1\n1\ndown\n");
+    LinkPeer owner(region.Name(), {"start", "create", "8", "2", "wait", "shutdown"});
+    ASSERT_EQ(owner.ReadLines(3), "1|1 0|waiting");
+    EXPECT_EQ(
+        RunPeer(region.Name(), {"start", "conattach", "1", "conattach", "0", "attach", "0", "4097",
+                                "key", "2", "8", "detach", "0", "attach", "0", "8", "shutdown"}),
+        "1\n16 4294967295\n17 4294967295\n9\n1 0\n1\n1\ndown\n");
     owner.Go();
     EXPECT_EQ(owner.ReadAll(), "go\ndown\n");
     // Both detached: the block is free again.
-    EXPECT_EQ(RunPeer(region.Name(), {"start", "key", "2", "16"}), "1\n11 0\n");
+    EXPECT_EQ(RunPeer(region.Name(), {"start", "key", "2", "8"}), "1\n11 0\n");
 }
 
 // The layout is a contract with the front end: slot stamps, then 4,616-byte blocks from 400.
 TEST(LinkManager, RegionLayoutAndPermissions) {
     TestRegion region("layout");
     LinkPeer peer(region.Name(), {"start", "create", "16", "5", "wait", "shutdown"});
-    ASSERT_EQ(peer.ReadLine(), "1");
-    ASSERT_EQ(peer.ReadLine(), "1 0");
-    ASSERT_EQ(peer.ReadLine(), "waiting");
+    ASSERT_EQ(peer.ReadLines(3), "1|1 0|waiting");
     const std::string shm = "/dev/shm/" + region.Name(), sem = "/dev/shm/sem." + region.Name();
-    EXPECT_EQ(Mode(shm), 0600u);
-    EXPECT_EQ(Mode(sem), 0600u);
-    struct stat status;
-    ASSERT_EQ(stat(shm.c_str(), &status), 0);
-    EXPECT_EQ(status.st_size, 462000);
+    EXPECT_EQ(StatusOf(shm).st_mode & 07777, 0600u);
+    EXPECT_EQ(StatusOf(sem).st_mode & 07777, 0600u);
+    EXPECT_EQ(StatusOf(shm).st_size, 462000);
     {
         RegionView view(region.Name());
         EXPECT_NEAR(static_cast<double>(*view.Slot(0)), static_cast<double>(std::time(nullptr)),
                     2.0);
         EXPECT_EQ(*view.Slot(1), 0);
         const unsigned char* block = view.Block(0);
-        EXPECT_EQ(block[0], 1);
-        EXPECT_EQ(block[1], 16);
-        EXPECT_EQ(block[2], 0);
+        // Attach count 1, then the size 16 as two little-endian bytes, then the key at 16.
+        EXPECT_EQ(std::string(reinterpret_cast<const char*>(block), 3), std::string("\1\20\0", 3));
         EXPECT_EQ(std::string(reinterpret_cast<const char*>(block + 16)), "kkkkk");
         EXPECT_EQ(view.Block(1)[0], 0);
     }
@@ -136,7 +115,7 @@ TEST(LinkManager, RegionLayoutAndPermissions) {
     RegionView view(region.Name());
     EXPECT_EQ(*view.Slot(0), 0);
     EXPECT_EQ(view.Block(0)[0], 0);
-    EXPECT_TRUE(Mode(sem) != 0);
+    EXPECT_NE(StatusOf(sem).st_mode, 0u);
 }
 
 // A process that ended without Shutdown leaves its slot and link. Stamps older than 30 s, or
@@ -153,10 +132,7 @@ TEST(LinkManager, StartupClearsARegionOfStaleStamps) {
         if (c.shift != 0) {
             RegionView view(region.Name());
             *view.Slot(0) += c.shift;
-            std::int64_t stamp;
-            std::memcpy(&stamp, view.Block(0) + 8, 8);
-            stamp += c.shift;
-            std::memcpy(view.Block(0) + 8, &stamp, 8);
+            *reinterpret_cast<std::int64_t*>(view.Block(0) + 8) += c.shift;  // the link's stamp
         }
         EXPECT_EQ(RunPeer(region.Name(), {"start", "attach", "0", "16", "count"}),
                   "1\n" + std::string(c.attach) + "\n" + (c.shift != 0 ? "1" : "2") + "\n")
@@ -170,7 +146,7 @@ TEST(LinkManager, FiftyManagersAndTheFiftyFirstIsRefused) {
     for (int i = 0; i < 50; ++i) {
         peers.emplace_back(new LinkPeer(region.Name(), {"start", "wait", "shutdown"}));
     }
-    for (auto& peer : peers) ASSERT_EQ(peer->ReadLine(), "1");
+    for (auto& peer : peers) ASSERT_EQ(peer->ReadLines(), "1");
     EXPECT_EQ(RunPeer(region.Name(), {"start"}), "7\n");
     for (auto& peer : peers) peer->Go();
     for (auto& peer : peers) EXPECT_EQ(peer->ReadAll(), "waiting\ngo\ndown\n");
@@ -184,23 +160,11 @@ TEST(LinkManager, RegionNameFollowsTheEffectiveUser) {
     EXPECT_EQ(Dorva::GetUsername(), me->pw_name);
     EXPECT_EQ(RunPeer("-", {"name"}), "DorvaLM1_" + std::string(me->pw_name) + "\n");
 
-    const passwd* other = getpwnam("nobody");
-    if (geteuid() != 0 || other == nullptr) GTEST_SKIP() << "needs root and a user 'nobody'";
-    const uid_t otherUid = other->pw_uid;
-    const gid_t otherGid = other->pw_gid;
-    int out[2];
-    ASSERT_EQ(pipe(out), 0);
-    const pid_t pid = fork();
-    if (pid == 0) {
-        dup2(out[1], 1);
-        if (setgid(otherGid) != 0 || setuid(otherUid) != 0) _exit(3);
-        execl(KAVEX_LINK_PEER, KAVEX_LINK_PEER, "-", "name", static_cast<char*>(nullptr));
-        _exit(127);
-    }
-    close(out[1]);
+    if (geteuid() != 0 || getpwnam("nobody") == nullptr) GTEST_SKIP() << "needs root and 'nobody'";
+    FILE* other = popen("runuser -u nobody -- " KAVEX_LINK_PEER " - name", "r");
+    ASSERT_NE(other, nullptr);
     char text[200] = {};
-    const ssize_t n = read(out[0], text, sizeof text - 1);
-    close(out[0]);
-    waitpid(pid, nullptr, 0);
-    EXPECT_EQ(std::string(text, n > 0 ? n : 0), "DorvaLM1_nobody\n");
+    const size_t n = fread(text, 1, sizeof text - 1, other);
+    pclose(other);
+    EXPECT_EQ(std::string(text, n), "DorvaLM1_nobody\n");
 }

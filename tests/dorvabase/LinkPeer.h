@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <stdexcept>
 #include <string>
@@ -27,27 +28,41 @@ class TestRegion {
         shm_unlink(("/" + m_name).c_str());
         sem_unlink(("/" + m_name).c_str());
     }
-    TestRegion(const TestRegion&) = delete;
-    TestRegion& operator=(const TestRegion&) = delete;
     const std::string& Name() const { return m_name; }
 
   private:
     std::string m_name;
 };
 
-// One link_peer process running the given commands, with pipes to its stdin and stdout.
+// The region of a test, mapped into the test process to look at it as the front end would.
+class RegionView {
+  public:
+    explicit RegionView(const std::string& name) {
+        const int fd = shm_open(("/" + name).c_str(), O_RDWR, 0);
+        if (fd < 0) throw std::runtime_error("no region " + name);
+        void* base = mmap(nullptr, 462000, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+        close(fd);
+        if (base == MAP_FAILED) throw std::runtime_error("mmap failed");
+        m_base = static_cast<unsigned char*>(base);
+    }
+    ~RegionView() { munmap(m_base, 462000); }
+    std::int64_t* Slot(int slot) { return reinterpret_cast<std::int64_t*>(m_base) + slot; }
+    unsigned char* Block(int id) { return m_base + 400 + id * 4616; }
+
+  private:
+    unsigned char* m_base;
+};
+
+// One link_peer process running the given commands, with pipes to its stdin and stdout. The pipes
+// are close-on-exec, so that later peers don't hold them open.
 class LinkPeer {
   public:
-    LinkPeer(const std::string& region, const std::vector<std::string>& commands) {
-        // Close-on-exec, so that later peers don't hold these pipes open.
+    LinkPeer(const std::string& region, std::vector<std::string> commands) {
         int in[2], out[2];
-        if (pipe2(in, O_CLOEXEC) != 0 || pipe2(out, O_CLOEXEC) != 0) {
-            throw std::runtime_error("pipe failed");
-        }
-        std::vector<char*> argv = {const_cast<char*>(KAVEX_LINK_PEER),
-                                   const_cast<char*>(region.c_str())};
-        for (const std::string& command : commands)
-            argv.push_back(const_cast<char*>(command.c_str()));
+        if (pipe2(in, O_CLOEXEC) != 0 || pipe2(out, O_CLOEXEC) != 0) return;
+        commands.insert(commands.begin(), {KAVEX_LINK_PEER, region});
+        std::vector<char*> argv;
+        for (std::string& word : commands) argv.push_back(&word[0]);
         argv.push_back(nullptr);
         m_pid = fork();
         if (m_pid == 0) {
@@ -56,49 +71,40 @@ class LinkPeer {
             execv(KAVEX_LINK_PEER, argv.data());
             _exit(127);
         }
-        close(in[0]);
-        close(out[1]);
+        close(in[0]), close(out[1]);
         m_stdin = in[1];
         m_stdout = fdopen(out[0], "r");
     }
     ~LinkPeer() {
-        if (m_pid > 0) {
-            kill(m_pid, SIGKILL);
-            Wait();
-        }
-        CloseStdin();
+        Kill();
+        close(m_stdin);
         if (m_stdout != nullptr) fclose(m_stdout);
     }
-    LinkPeer(const LinkPeer&) = delete;
-    LinkPeer& operator=(const LinkPeer&) = delete;
 
-    // The next line of output without its line end; "" at the end of the output.
-    std::string ReadLine() {
-        std::string line;
-        for (int c; (c = fgetc(m_stdout)) != EOF && c != '\n';) line += static_cast<char>(c);
-        return line;
+    // The next n lines of output without their line ends, joined by "|".
+    std::string ReadLines(int n = 1) {
+        std::string text;
+        for (int c; m_stdout && n > 0 && (c = fgetc(m_stdout)) != EOF;) {
+            if (c != '\n')
+                text += char(c);
+            else if (--n > 0)
+                text += '|';
+        }
+        return text;
     }
     // All further output, up to the process's end.
     std::string ReadAll() {
         std::string text;
-        for (int c; (c = fgetc(m_stdout)) != EOF;) text += static_cast<char>(c);
+        for (int c; m_stdout && (c = fgetc(m_stdout)) != EOF;) text += char(c);
         return text;
     }
     // Lets a "wait" command go on.
-    void Go() {
-        if (write(m_stdin, "\n", 1) != 1) throw std::runtime_error("write failed");
-    }
-    void CloseStdin() {
-        if (m_stdin >= 0) close(m_stdin);
-        m_stdin = -1;
-    }
-    void Kill() { kill(m_pid, SIGKILL); }
-    // The exit status, or -1 when the process didn't exit by itself.
-    int Wait() {
-        int status = 0;
-        waitpid(m_pid, &status, 0);
+    void Go() { (void)!write(m_stdin, "\n", 1); }
+    void Kill() {
+        if (m_pid <= 0) return;
+        kill(m_pid, SIGKILL);
+        waitpid(m_pid, nullptr, 0);
         m_pid = -1;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
   private:
@@ -109,6 +115,5 @@ class LinkPeer {
 
 // Runs one peer to its end and gives its whole output.
 inline std::string RunPeer(const std::string& region, const std::vector<std::string>& commands) {
-    LinkPeer peer(region, commands);
-    return peer.ReadAll();
+    return LinkPeer(region, commands).ReadAll();
 }

@@ -55,6 +55,8 @@ int main(int argc, char** argv) {
     if (std::string(argv[1]) != "-") LinkManager::SetRegionName(argv[1]);
     std::vector<std::string> args(argv + 2, argv + argc);
     char data[4097] = {};
+    unsigned int id = 0;
+    std::string key;
     for (size_t i = 0; i < args.size(); ++i) {
         const std::string& command = args[i];
         auto next = [&]() { return std::atoll(args.at(++i).c_str()); };
@@ -77,22 +79,19 @@ int main(int argc, char** argv) {
             std::cout << "go";
         } else if (command == "create") {
             const long long size = next();
-            unsigned int id = 0;
             std::cout << LinkManager::CreateLink(size, data, std::string(next(), 'k'), id) << " "
                       << id;
         } else if (command == "attach") {
-            const long long id = next();
-            std::string key;
-            std::cout << LinkManager::AttachToLink(id, key, next(), data);
+            const long long link = next();
+            std::cout << LinkManager::AttachToLink(link, key, next(), data);
         } else if (command == "detach") {
             std::cout << LinkManager::DetachFromLink(next());
         } else if (command == "key") {
-            const std::string key(next(), 'k');
-            unsigned int id = 0;
+            key.assign(next(), 'k');
             std::cout << LinkManager::AttachToLink(key, id, next(), data) << " " << id;
         } else if (command == "get") {
-            const long long id = next();
-            std::cout << LinkManager::GetLinkData(id, next(), data);
+            const long long link = next();
+            std::cout << LinkManager::GetLinkData(link, next(), data);
         } else if (command == "conparent" || command == "conattach") {
             LinkManager::Result result;
             delete s_link;
@@ -111,12 +110,10 @@ int main(int argc, char** argv) {
             std::cout << Loop(blnState, next());
         } else if (command == "report") {
             bool blnStop = true, blnSuccess = false;
-            std::int32_t state = 0;
-            double progress = 0.0;
-            s_link->GetStop(blnStop);
-            s_link->GetSuccessfulCompletion(blnSuccess);
-            s_link->GetCompletionState(state);
-            s_link->GetProgress(progress);
+            std::int32_t state = -1;
+            double progress = -1.0;
+            s_link->GetStop(blnStop), s_link->GetSuccessfulCompletion(blnSuccess);
+            s_link->GetCompletionState(state), s_link->GetProgress(progress);
             std::cout << blnStop << " " << blnSuccess << " " << state << " " << progress;
         } else {
             std::cout << "unknown command " << command;
