@@ -8,6 +8,7 @@
 #include "generator/bodies.h"
 #include "generator/gdgen.h"
 #include "generator/gdutil.h"
+#include "generator/symmetry.h"
 
 namespace {
 

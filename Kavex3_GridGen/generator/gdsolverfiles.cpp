@@ -1,9 +1,10 @@
 // Text files and tables of the generator run: grid points, solver input, corner-point table.
+#include "generator/gdsolverfiles.h"
+
 #include <algorithm>
 
 #include "generator/bodycells.h"
 #include "generator/gdrecords.h"
-#include "generator/gdrun.h"
 #include "generator/gdutil.h"
 
 namespace {

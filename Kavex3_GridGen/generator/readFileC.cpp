@@ -8,6 +8,7 @@
 
 #include "generator/bodies.h"
 #include "generator/gdutil.h"
+#include "generator/readFileC_dbg.h"
 
 int OptionsDefnDone = 0, BodyDefnsDone = 0, XgdSpecDone = 0, YgdSpecDone = 0, ZgdSpecDone = 0;
 
