@@ -43,3 +43,26 @@ void set_bdy_strt_end_indices(BodyMarkWork* w, const double box[6]) {
         }
     }
 }
+
+double bdy_block_fraction(const Body* body, double dflt) {
+    return body->blockFraction == UNSET_DBL ? dflt : body->blockFraction;
+}
+
+void set_bdy_extent(BodyMarkWork* w, const Body* body) {
+    double box[6];
+    for (int a = 0; a < 3; ++a) {
+        box[a] = body->bdyMin[a];
+        box[3 + a] = body->bdyMax[a];
+    }
+    set_bdy_strt_end_indices(w, box);
+}
+
+bool trim_bdy_extent(BodyMarkWork* w, const Body* body, int a, double b) {
+    const double* g = w->GDpts[a];
+    const int s = w->bdystrt[a], e = w->bdyend[a];
+    if (s == e) return true;
+    // Cells of the generated lines have non-zero width, so each coverage is a number.
+    if (!((g[s + 1] - body->bdyMin[a]) / (g[s + 1] - g[s]) > b)) w->bdystrt[a] = s + 1;
+    if (!((body->bdyMax[a] - g[e]) / (g[e + 1] - g[e]) > b)) w->bdyend[a] = e - 1;
+    return w->bdyend[a] >= w->bdystrt[a];
+}

@@ -15,3 +15,11 @@ struct BodyMarkWork {
 
 // box: a body's bdyMin then bdyMax. Sets w's bdystrt and bdyend from its GDpts and Ngdpts.
 void set_bdy_strt_end_indices(BodyMarkWork* w, const double box[6]);
+
+// The body's own blockFraction, or dflt (cutBlockFraction or cuboidBlockFraction) when unset.
+double bdy_block_fraction(const Body* body, double dflt);
+// set_bdy_strt_end_indices with the body's box.
+void set_bdy_extent(BodyMarkWork* w, const Body* body);
+// On axis a, drops an end cell of the extent unless the body covers strictly more than b of its
+// length; a single cell stays whatever its coverage. False when no cell is left.
+bool trim_bdy_extent(BodyMarkWork* w, const Body* body, int a, double b);

@@ -67,11 +67,10 @@ void mark_slab_cells(const BodyMarkWork& w, int CtA, int Q1A, int Q2A, int c, do
 void mark_cut_planes_body_cells(const Body* body, BodyMarkWork* w) {
     // A body without cuts (no points file) has no cross-section to block with.
     if (body->nCuts < 1 || !body->cuts) return;
-    const double b =
-        body->blockFraction == UNSET_DBL ? gd_options.cutBlockFraction : body->blockFraction;
+    const double b = bdy_block_fraction(body, gd_options.cutBlockFraction);
     const int CtA = body->type;
-    const int Q1A = CtA == 0 ? 1 : 0;
-    const int Q2A = CtA == 2 ? 1 : 2;
+    int Q1A, Q2A;
+    cut_pair_axes(CtA, &Q1A, &Q2A);
     const double CtMin = body->bdyMin[CtA];
     const double CtMax = body->bdyMax[CtA];
 
@@ -82,22 +81,12 @@ void mark_cut_planes_body_cells(const Body* body, BodyMarkWork* w) {
     const int kFirst = ascending ? 0 : last, kLast = ascending ? last : 0;
     int k = kFirst;
 
-    double box[6];
-    for (int a = 0; a < 3; ++a) {
-        box[a] = body->bdyMin[a];
-        box[3 + a] = body->bdyMax[a];
-    }
-    set_bdy_strt_end_indices(w, box);
-    int* bdystrt = w->bdystrt;
-    int* bdyend = w->bdyend;
-
+    set_bdy_extent(w, body);
+    // Only the cut axis is trimmed: on the other two every cell of the box is tried.
+    if (!trim_bdy_extent(w, body, CtA, b)) return;
+    const int* bdystrt = w->bdystrt;
+    const int* bdyend = w->bdyend;
     const double* g = w->GDpts[CtA];
-    if (bdystrt[CtA] != bdyend[CtA]) {
-        const int s = bdystrt[CtA], e = bdyend[CtA];
-        if ((g[s + 1] - CtMin) / (g[s + 1] - g[s]) <= b) bdystrt[CtA] = s + 1;
-        if ((CtMax - g[e]) / (g[e + 1] - g[e]) <= b) bdyend[CtA] = e - 1;
-        if (bdyend[CtA] < bdystrt[CtA]) return;
-    }
 
     for (int c = bdystrt[CtA]; c <= bdyend[CtA]; ++c) {
         const double lo = c == bdystrt[CtA] ? CtMin : g[c];

@@ -24,7 +24,7 @@ void wr_cell_widths(FILE* stream, char axis, const char* count, int a) {
 }
 
 bool is_rotor(const Body& body) {
-    return body.type >= 4 && body.type <= 6;
+    return is_rotor_type(body.type);
 }
 
 }  // namespace
