@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "generator/bodycells.h"
+#include "generator/bodymark.h"
 #include "generator/gdrecords.h"
 
 namespace {

@@ -1,5 +1,7 @@
 // First-bytes detection of mesh files, byte order, and the reading primitives shared by the
 // readers.
+#include "readers/FEL_file_type.h"
+
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -8,7 +10,6 @@
 #include <cstring>
 
 #include "FEL_exception.h"
-#include "readers/FEL_reader.h"
 
 bool FEL_reader_verbose = false;
 

@@ -12,6 +12,7 @@
 
 #include "FEL_exception.h"
 #include "FEL_tetrahedral_mesh.h"
+#include "readers/FEL_plot3d_text_reader.h"
 #include "readers/FEL_plot3d_zone.h"
 
 namespace {

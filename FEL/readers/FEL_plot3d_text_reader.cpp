@@ -1,11 +1,13 @@
 // Text Plot3D: the header with its double reading of dimensions, and the coordinates of each zone.
+#include "readers/FEL_plot3d_text_reader.h"
+
 #include <cstdint>
 #include <memory>
 #include <vector>
 
 #include "FEL_exception.h"
 #include "FEL_tetrahedral_mesh.h"
-#include "readers/FEL_plot3d_reader.h"
+#include "readers/FEL_file_type.h"
 #include "readers/FEL_plot3d_zone.h"
 #include "readers/FEL_text_scan.h"
 

@@ -9,6 +9,7 @@
 
 #include "FEL_exception.h"
 #include "readers/FEL_plot3d_reader.h"
+#include "readers/FEL_plot3d_text_reader.h"
 #include "readers/FEL_stl_reader.h"
 
 namespace {

@@ -1,56 +1,13 @@
-// Mesh input: the detection flags, file-type detection, and FEL_read_mesh, which reads any
-// supported file into a mesh without being told its format.
+// Mesh input: FEL_read_mesh, which reads any supported file into a mesh without being told its
+// format, and the header-only reads.
 #pragma once
 
-#include <cstddef>
-#include <cstdio>
-#include <fstream>
 #include <string>
 
 #include "FEL_mesh.h"
 #include "FEL_pointer.h"
 #include "FEL_vector3.h"
-
-// The detection word: which reader and which form of its format.
-enum : unsigned {
-    FEL_PLOT3D_UNSPECIFIED = 0,
-    FEL_PLOT3D_IBLANK = 0x1,
-    FEL_PLOT3D_MULTIZONE = 0x2,
-    FEL_PLOT3D_UNSTRUCTURED = 0x4,
-    FEL_PLOT3D_FORTRAN_UNFORMATTED = 0x8,
-    FEL_PLOT3D_FORTRAN_FORMATTED = 0x20,
-    FEL_PLOT3D_LITTLE_ENDIAN = 0x40,
-    FEL_PLOT3D = 0x100,
-    FEL_PLOT3D_PAGED = 0x200,
-    FEL_FITS = 0x800,
-    FEL_PLOT3D_VARIANT_A = 0x1000,
-    FEL_PLOT3D_TECPLOT = 0x2000,
-};
-
-// The info bits of a FLOWVIZ file.
-enum : unsigned {
-    FEL_FLOWVIZ_ASCII = 0x1,
-    FEL_FLOWVIZ_CARTESIAN = 0x10,
-    FEL_FLOWVIZ_CYLINDRICAL = 0x20,
-    FEL_FLOWVIZ_HEXAHEDRAL = 0x40,
-    FEL_FLOWVIZ_MESH = 0x100,
-};
-
-// File kinds of the first-bytes test. FEL_ascii_file_type also answers 5, a first line of digits
-// and blanks only, which the front end treats as unknown.
-enum FEL_file_kind_enum {
-    FEL_FILE_UNKNOWN = 0,
-    FEL_FILE_LAYOUT = 1,
-    FEL_FILE_FLOWVIZ = 2,
-    FEL_FILE_TECPLOT = 3,
-    FEL_FILE_STL = 4,
-    FEL_FILE_DIGITS = 5,
-};
-
-enum FEL_byte_reordering_enum { FEL_BYTE_ORDER_NATIVE = 0, FEL_BYTE_ORDER_SWAPPED = 1 };
-
-// When set, the deducers and the STL reader report what they found on the error stream.
-extern bool FEL_reader_verbose;
+#include "readers/FEL_file_type.h"
 
 // zone -1 reads the whole file. flags is a first guess (0 for none) and comes back as the form
 // that was read. Throws FEL_type_detection_error when no reader accepts the file.
@@ -66,27 +23,6 @@ int FEL_read_mesh_zone_dimensions(const std::string& path, unsigned flags, int z
                                   FEL_vector3<int>* dims);
 int FEL_read_mesh_dimensions(const std::string& path, unsigned flags, int* n_zones,
                              FEL_vector3<int>** dims);
-
-// First-bytes detection.
-bool FEL_is_file_binary(const std::string& path);
-int FEL_ascii_file_type(std::ifstream& in);
-int FEL_binary_file_type(const std::string& path, std::ifstream& in);
-int FEL_flowviz_deduce_file_type(const std::string& path, unsigned& info);
-unsigned FEL_flowviz_format_get_info(std::ifstream& in, bool binary);
-unsigned FEL_tecplot_format_get_info(std::ifstream& in, bool binary);
-
-// fread, then each element byte-swapped if asked; returns the count read. A stream error throws
-// FEL_read_error.
-std::size_t FEL_fread(void* buffer, std::size_t size, std::size_t count, FILE* file,
-                      FEL_byte_reordering_enum order);
-// 1 if the file's first 32-bit word reads larger as it stands than byte-swapped (a big-endian file
-// on this hardware), else 0; 0 if the file will not open.
-int FEL_check_byte_reordering(const std::string& path);
-bool FEL_little_endian_hardware();
-
-// Progress of the current read, from 0 to 1.
-void FEL_set_file_read_progress(float fraction);
-float FEL_get_file_read_progress();
 
 // Formats this build does not read: the deducers answer 0 and the readers refuse.
 unsigned FEL_plot3d_deduce_paged_mesh_type(const std::string& path);

@@ -14,7 +14,7 @@
 
 #include "FEL_exception.h"
 #include "FEL_tetrahedral_mesh.h"
-#include "readers/FEL_reader.h"
+#include "readers/FEL_file_type.h"
 #include "readers/FEL_text_scan.h"
 
 // Line numbers that the end-of-file errors of the ASCII reader carry.

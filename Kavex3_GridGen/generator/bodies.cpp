@@ -19,7 +19,7 @@ Body* new_body_struct() {
     }
     Body* b = &allBdys[numBdys++];
     std::memset(b, 0, sizeof *b);
-    b->type = 10;
+    b->type = BDY_NONE;
     // The box stays unset until the body's data give one.
     for (int a = 0; a < 3; ++a) b->bdyMin[a] = b->bdyMax[a] = UNSET_DBL;
     b->usedInSolver = 1;
@@ -72,18 +72,12 @@ void read_body_cuts_pts(Body* body, FILE* stream) {
     }
 }
 
-// The two axes of a cut's (q1, q2) pairs, in axis order, for cut axis 0, 1 or 2.
-static void pair_axes(int cutAxis, int* a1, int* a2) {
-    *a1 = cutAxis == 0 ? 1 : 0;
-    *a2 = cutAxis == 2 ? 1 : 2;
-}
-
 // Applies op(value, t[axis]) to every coordinate of the body's own data (not its box).
 template <typename Op>
 static void apply_to_bdy_data(Body* body, const double t[3], Op op) {
-    if (body->type >= 0 && body->type <= 2) {
+    if (is_cut_planes_type(body->type)) {
         int a1, a2;
-        pair_axes(body->type, &a1, &a2);
+        cut_pair_axes(body->type, &a1, &a2);
         for (int c = 0; c < body->nCuts; ++c) {
             BodyCut& cut = body->cuts[c];
             cut.posn = op(cut.posn, t[body->type]);
@@ -92,12 +86,12 @@ static void apply_to_bdy_data(Body* body, const double t[3], Op op) {
                 cut.pts[i][1] = op(cut.pts[i][1], t[a2]);
             }
         }
-    } else if (body->type == 3 && body->cuboid) {
+    } else if (body->type == BDY_CUBOID && body->cuboid) {
         for (int a = 0; a < 3; ++a) {
             body->cuboid[a] = op(body->cuboid[a], t[a]);
             body->cuboid[3 + a] = op(body->cuboid[3 + a], t[a]);
         }
-    } else if (body->type >= 4 && body->type <= 6 && body->rotor) {
+    } else if (is_rotor_type(body->type) && body->rotor) {
         for (int a = 0; a < 3; ++a) body->rotor->center[a] = op(body->rotor->center[a], t[a]);
     }
 }
@@ -115,7 +109,7 @@ void tr_origBdypts_if_needed(Body* body) {
 void scale_origBdypts(Body* body, const double factors[3]) {
     apply_to_bdy_data(body, factors, [](double v, double f) { return v * f; });
     Rotor* r = body->rotor;
-    if (body->type >= 4 && body->type <= 6 && r) {
+    if (is_rotor_type(body->type) && r) {
         // The radius follows the X factor and an absolute thickness the Z factor, whatever the
         // disc's axis; a ratio thickness is not scaled.
         r->radius *= factors[0];
@@ -124,7 +118,7 @@ void scale_origBdypts(Body* body, const double factors[3]) {
 }
 
 static void set_bdy_box(Body* b) {
-    if (b->type >= 0 && b->type <= 2) {
+    if (is_cut_planes_type(b->type)) {
         // A body without cuts (no points file) keeps its box as it is.
         if (b->nCuts < 1 || b->cuts[0].nPts < 1) return;
         double pMin = b->cuts[0].posn, pMax = pMin;
@@ -140,24 +134,24 @@ static void set_bdy_box(Body* b) {
             if (cut.pts[cut.maxQ2][1] > q2Max) q2Max = cut.pts[cut.maxQ2][1];
         }
         int a1, a2;
-        pair_axes(b->type, &a1, &a2);
+        cut_pair_axes(b->type, &a1, &a2);
         b->bdyMin[b->type] = pMin;
         b->bdyMax[b->type] = pMax;
         b->bdyMin[a1] = q1Min;
         b->bdyMax[a1] = q1Max;
         b->bdyMin[a2] = q2Min;
         b->bdyMax[a2] = q2Max;
-    } else if (b->type == 3 && b->cuboid) {
+    } else if (b->type == BDY_CUBOID && b->cuboid) {
         for (int a = 0; a < 3; ++a) {
             const double p = b->cuboid[a], q = b->cuboid[3 + a];
             b->bdyMin[a] = p < q ? p : q;
             b->bdyMax[a] = p < q ? q : p;
         }
-    } else if (b->type >= 4 && b->type <= 6 && b->rotor) {
+    } else if (is_rotor_type(b->type) && b->rotor) {
         const Rotor& r = *b->rotor;
         const double h = r.isAbsThickness ? r.thickness : r.radius * r.thickness;
         for (int a = 0; a < 3; ++a) {
-            const double d = a == b->type - 4 ? h : r.radius;
+            const double d = a == b->type - BDY_XROTOR ? h : r.radius;
             b->bdyMin[a] = r.center[a] - d;
             b->bdyMax[a] = r.center[a] + d;
         }
@@ -169,7 +163,7 @@ void bodies_lex_input_done() {
     const bool scale = f[0] != UNSET_DBL && f[1] != UNSET_DBL && f[2] != UNSET_DBL;
     for (int i = 0; i < numBdys; ++i) {
         Body* b = &allBdys[i];
-        if (b->type >= 0 && b->type <= 2 && b->pointsFile && b->pointsFile[0] != '\0') {
+        if (is_cut_planes_type(b->type) && b->pointsFile && b->pointsFile[0] != '\0') {
             FILE* in = std::fopen(b->pointsFile, "r");
             if (!in) printfErrNexit("can not open body points file '%s'", b->pointsFile);
             read_body_cuts_pts(b, in);
@@ -233,18 +227,18 @@ void dbgpr_body_info(FILE* stream, const Body* bodies, int count, const char* ti
     for (int i = 0; i < count; ++i) {
         const Body& b = bodies[i];
         std::fprintf(stream, "\nBody Name: %s\n", orEmpty(b.name));
-        if (b.type >= 0 && b.type <= 2) {
+        if (is_cut_planes_type(b.type)) {
             std::fprintf(stream, "Body Points Type: %scutPlanes\n", axes[b.type]);
             std::fprintf(stream, "Body Points File: %s\n", orEmpty(b.pointsFile));
-        } else if (b.type == 3) {
+        } else if (b.type == BDY_CUBOID) {
             std::fprintf(stream, "Body Points Type: Cuboid\n");
             if (b.cuboid) {
                 const double* c = b.cuboid;
                 std::fprintf(stream, "Cuboid Pts: (%f, %f, %f) to (%f, %f, %f)\n", c[0], c[1], c[2],
                              c[3], c[4], c[5]);
             }
-        } else if (b.type >= 4 && b.type <= 6) {
-            std::fprintf(stream, "Body Points Type: %s-Plane Rotor\n", axes[b.type - 4]);
+        } else if (is_rotor_type(b.type)) {
+            std::fprintf(stream, "Body Points Type: %s-Plane Rotor\n", axes[b.type - BDY_XROTOR]);
             if (const Rotor* r = b.rotor) {
                 std::fprintf(stream,
                              "Rotor Center: (%f, %f, %f)\nRotor Radius: %f\nRotor Thickness: "

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <cstdio>
 
-void mark_all_body_cells();
 void mark_body_cell(int axis0, int index0, int axis1, int index1, int axis2, int index2);
 void translate_body_cells(const int16_t shift[3]);
 void mark_body_blocking_zero_width_cells(int NI, int NJ, int NK);

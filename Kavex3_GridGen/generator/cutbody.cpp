@@ -1,8 +1,9 @@
 // Body-cell marking of cut-plane bodies: cross-sections between cuts clipped against each cell.
+#include "generator/cutbody.h"
+
 #include <cmath>
 
 #include "generator/bodycells.h"
-#include "generator/bodymark.h"
 
 ClipPolygon intrpltd_cut = {0, 0, nullptr, nullptr};
 ClipPolygon clip_scratch[2] = {{0, 0, nullptr, nullptr}, {0, 0, nullptr, nullptr}};
@@ -40,15 +41,16 @@ void make_cross_section(const BodyCut& low, const BodyCut& high, double mid) {
     }
 }
 
-// Marks the cells of slab c whose area the cross-section fills by more than b.
-void mark_slab_cells(int c, double b) {
-    const double* gx = GDpts[Q1A];
-    const double* gy = GDpts[Q2A];
+// Marks the cells of slab c whose area the cross-section fills by more than b; CtA is the cut axis,
+// Q1A and Q2A the axes of the cross-section's two coordinates.
+void mark_slab_cells(const BodyMarkWork& w, int CtA, int Q1A, int Q2A, int c, double b) {
+    const double* gx = w.GDpts[Q1A];
+    const double* gy = w.GDpts[Q2A];
     ClipPolygon* s0 = &clip_scratch[0];
     ClipPolygon* s1 = &clip_scratch[1];
-    for (int i = bdystrt[Q1A]; i <= bdyend[Q1A]; ++i) {
+    for (int i = w.bdystrt[Q1A]; i <= w.bdyend[Q1A]; ++i) {
         const double x0 = gx[i], x1 = gx[i + 1];
-        for (int j = bdystrt[Q2A]; j <= bdyend[Q2A]; ++j) {
+        for (int j = w.bdystrt[Q2A]; j <= w.bdyend[Q2A]; ++j) {
             const double y0 = gy[j], y1 = gy[j + 1];
             clip_polygon_with_axis_aligned_line(&intrpltd_cut, 1, y1, 1, s0);
             clip_polygon_with_axis_aligned_line(s0, 0, x1, 1, s1);
@@ -62,20 +64,15 @@ void mark_slab_cells(int c, double b) {
 
 }  // namespace
 
-void mark_cut_planes_body_cells(const Body* body) {
+void mark_cut_planes_body_cells(const Body* body, BodyMarkWork* w) {
     // A body without cuts (no points file) has no cross-section to block with.
     if (body->nCuts < 1 || !body->cuts) return;
-    const double b =
-        body->blockFraction == UNSET_DBL ? gd_options.cutBlockFraction : body->blockFraction;
-    CtA = body->type;
-    Q1A = CtA == 0 ? 1 : 0;
-    Q2A = CtA == 2 ? 1 : 2;
-    CtMin = body->bdyMin[CtA];
-    CtMax = body->bdyMax[CtA];
-    Q1Min = body->bdyMin[Q1A];
-    Q1Max = body->bdyMax[Q1A];
-    Q2Min = body->bdyMin[Q2A];
-    Q2Max = body->bdyMax[Q2A];
+    const double b = bdy_block_fraction(body, gd_options.cutBlockFraction);
+    const int CtA = body->type;
+    int Q1A, Q2A;
+    cut_pair_axes(CtA, &Q1A, &Q2A);
+    const double CtMin = body->bdyMin[CtA];
+    const double CtMax = body->bdyMax[CtA];
 
     const BodyCut* cuts = body->cuts;
     const int last = body->nCuts - 1;
@@ -84,20 +81,12 @@ void mark_cut_planes_body_cells(const Body* body) {
     const int kFirst = ascending ? 0 : last, kLast = ascending ? last : 0;
     int k = kFirst;
 
-    double box[6];
-    for (int a = 0; a < 3; ++a) {
-        box[a] = body->bdyMin[a];
-        box[3 + a] = body->bdyMax[a];
-    }
-    set_bdy_strt_end_indices(box);
-
-    const double* g = GDpts[CtA];
-    if (bdystrt[CtA] != bdyend[CtA]) {
-        const int s = bdystrt[CtA], e = bdyend[CtA];
-        if ((g[s + 1] - CtMin) / (g[s + 1] - g[s]) <= b) bdystrt[CtA] = s + 1;
-        if ((CtMax - g[e]) / (g[e + 1] - g[e]) <= b) bdyend[CtA] = e - 1;
-        if (bdyend[CtA] < bdystrt[CtA]) return;
-    }
+    set_bdy_extent(w, body);
+    // Only the cut axis is trimmed: on the other two every cell of the box is tried.
+    if (!trim_bdy_extent(w, body, CtA, b)) return;
+    const int* bdystrt = w->bdystrt;
+    const int* bdyend = w->bdyend;
+    const double* g = w->GDpts[CtA];
 
     for (int c = bdystrt[CtA]; c <= bdyend[CtA]; ++c) {
         const double lo = c == bdystrt[CtA] ? CtMin : g[c];
@@ -107,6 +96,6 @@ void mark_cut_planes_body_cells(const Body* body) {
         const BodyCut& high = cuts[k];
         const BodyCut& low = k == kFirst ? high : cuts[k - step];
         make_cross_section(low, high, mid);
-        mark_slab_cells(c, b);
+        mark_slab_cells(*w, CtA, Q1A, Q2A, c, b);
     }
 }

@@ -6,8 +6,8 @@
 #include <functional>
 
 #include "generator/bodies.h"
-#include "generator/gdgen.h"
 #include "generator/gdutil.h"
+#include "generator/symmetry.h"
 
 namespace {
 
@@ -62,18 +62,20 @@ Body* mk_mirrored_body(const Body* body, double plane, int axis) {
     copy->rotor = copy_array(src->rotor, 1);
 
     const int type = copy->type;
-    if (type >= 0 && type <= 2) {
+    if (is_cut_planes_type(type)) {
+        int q1, q2;
+        cut_pair_axes(type, &q1, &q2);
         if (axis == type) {
             mirror_plane_at_pts(copy, plane);
-        } else if (axis == (type == 0 ? 1 : 0)) {
+        } else if (axis == q1) {
             mirror_coord1(copy, plane);
         } else {
             mirror_coord2(copy, plane);
         }
-    } else if (type == 3 && copy->cuboid) {
+    } else if (type == BDY_CUBOID && copy->cuboid) {
         copy->cuboid[axis] = 2 * plane - copy->cuboid[axis];
         copy->cuboid[3 + axis] = 2 * plane - copy->cuboid[3 + axis];
-    } else if (type >= 4 && type <= 6 && copy->rotor) {
+    } else if (is_rotor_type(type) && copy->rotor) {
         copy->rotor->center[axis] = 2 * plane - copy->rotor->center[axis];
     }
     const double oldMin = copy->bdyMin[axis];

@@ -43,22 +43,12 @@ int sort_rm_dups(double* vals, int n, double tol) {
     return kept;
 }
 
-// Weights 1, r, r^2, ... by repeated multiplication; returns their sum, added in order.
-double graded_weights(double* w, int n, double r) {
-    double sum = 0.0;
-    for (int k = 0; k < n; ++k) {
-        w[k] = k == 0 ? 1.0 : w[k - 1] * r;
-        sum += w[k];
-    }
-    return sum;
-}
-
 // The fractional number of the graded spec's own cells that fall between lo and hi.
 double graded_cells_in_piece(const BdyGdspc& s, double lo, double hi) {
     const int n = static_cast<int>(gd_options.roundOff + s.nGds);
     if (n < 1) return 0.0;
     double* w = static_cast<double*>(std::malloc(n * sizeof(double)));
-    const double sum = graded_weights(w, n, s.gp_ratio);
+    const double sum = graded_weights(w, n, 1.0, s.gp_ratio);
     const double first = n == 1 ? s.to - s.from : (s.to - s.from) / sum;
     double pos = s.from;
     int i = 0;
@@ -232,7 +222,7 @@ int fill_pieces(const BdyGdspc* pieces, int nPieces, double* result) {
             }
         } else {
             double* w = static_cast<double*>(std::malloc(n * sizeof(double)));
-            const double sum = graded_weights(w, n, c.gp_ratio);
+            const double sum = graded_weights(w, n, 1.0, c.gp_ratio);
             for (int k = 0; k <= n - 2; ++k) {
                 x = x + w[k] * (d / sum);
                 result[p++] = x;

@@ -79,9 +79,35 @@ struct BodyCut {
     int minQ2, maxQ2;
 };
 
+// Body::type. A cut-plane body's type is its cut axis; a rotor's is BDY_XROTOR + its disc's axis.
+// These are not the run driver's BodyType codes.
+enum BdyType : int {
+    BDY_XCUTPLANES = 0,
+    BDY_YCUTPLANES = 1,
+    BDY_ZCUTPLANES = 2,
+    BDY_CUBOID = 3,
+    BDY_XROTOR = 4,
+    BDY_YROTOR = 5,
+    BDY_ZROTOR = 6,
+    BDY_NONE = 10,
+};
+
+inline bool is_cut_planes_type(int type) {
+    return type >= BDY_XCUTPLANES && type <= BDY_ZCUTPLANES;
+}
+inline bool is_rotor_type(int type) {
+    return type >= BDY_XROTOR && type <= BDY_ZROTOR;
+}
+
+// The axes of a cut's (q1, q2) pairs: the two axes other than the cut axis, in axis order.
+inline void cut_pair_axes(int cutAxis, int* q1, int* q2) {
+    *q1 = cutAxis == 0 ? 1 : 0;
+    *q2 = cutAxis == 2 ? 1 : 2;
+}
+
 struct Body {
     char* name;
-    int type;  // 0-2 X/Y/Z cut planes, 3 cuboid, 4-6 X/Y/Z-plane rotor, 10 none
+    int type;  // a BdyType
     char* pointsFile;
     BodyCut* cuts;
     int nCuts;

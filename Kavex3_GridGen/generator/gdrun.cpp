@@ -6,13 +6,16 @@
 
 #include "generator/bodies.h"
 #include "generator/bodycells.h"
+#include "generator/bodymark.h"
 #include "generator/fullspan.h"
 #include "generator/gdgen.h"
 #include "generator/gdrecords.h"
+#include "generator/gdsolverfiles.h"
 #include "generator/gdutil.h"
 #include "generator/gridwriter.h"
 #include "generator/layer.h"
 #include "generator/readFileC.h"
+#include "generator/symmetry.h"
 
 FILE* get_main_lex_data_file_stream(int argc, char** argv) {
     if (argc > 3) printfErrNexit("gridgen does not expect more than 2 arguments");

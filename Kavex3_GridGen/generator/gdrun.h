@@ -22,12 +22,3 @@ void wrtTrnsltn(double tx, double ty, double tz, const char* path);
 // Builds finalgdpts/Nfinalgdpts from gridStart, the layers and the generated lines; returns each
 // axis's translation through t and its body-cell index shift through shift.
 void set_final_gdpts(double t[3], int16_t shift[3]);
-
-// Grid-points file: each line's generated points, before layers and translation.
-void wr_grid_pts_file(const char* path);
-// Solver input: the cell widths of the final corner points, body cells and rotor centres.
-void wr_solver_input_file(const char* path);
-// Corner-point table of the final points on the debug stream.
-void wr_corner_pts_table(FILE* stream);
-// One axis's three columns of row i of the corner-point table; n is the axis's point count.
-void prPtWidRat(FILE* stream, const double* x, int i, int n);

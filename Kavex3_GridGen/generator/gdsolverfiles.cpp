@@ -1,9 +1,10 @@
 // Text files and tables of the generator run: grid points, solver input, corner-point table.
+#include "generator/gdsolverfiles.h"
+
 #include <algorithm>
 
 #include "generator/bodycells.h"
 #include "generator/gdrecords.h"
-#include "generator/gdrun.h"
 #include "generator/gdutil.h"
 
 namespace {
@@ -23,7 +24,7 @@ void wr_cell_widths(FILE* stream, char axis, const char* count, int a) {
 }
 
 bool is_rotor(const Body& body) {
-    return body.type >= 4 && body.type <= 6;
+    return is_rotor_type(body.type);
 }
 
 }  // namespace

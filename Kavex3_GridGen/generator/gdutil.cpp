@@ -1,4 +1,4 @@
-// Small text and failure utilities of the line generator.
+// Small text, number and failure utilities of the line generator.
 #include "generator/gdutil.h"
 
 #include <cstdarg>
@@ -50,4 +50,13 @@ int qscmp_double(const void* a, const void* b) {
     const double x = *static_cast<const double*>(a);
     const double y = *static_cast<const double*>(b);
     return x < y ? -1 : (x > y ? 1 : 0);
+}
+
+double graded_weights(double* w, int n, double first, double r) {
+    double sum = 0.0;
+    for (int k = 0; k < n; ++k) {
+        w[k] = k == 0 ? first : w[k - 1] * r;
+        sum += w[k];
+    }
+    return sum;
 }

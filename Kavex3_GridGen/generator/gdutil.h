@@ -1,4 +1,4 @@
-// Small text and failure utilities of the line generator.
+// Small text, number and failure utilities of the line generator.
 #pragma once
 
 #include <cstdio>
@@ -19,3 +19,7 @@ char* read_file_str(FILE* stream);
 
 // qsort comparison for ascending doubles: -1, 0 or 1.
 int qscmp_double(const void* a, const void* b);
+
+// Graded widths w[k] = first * r^k, each made from the one before by one multiplication (so they
+// are the same in line grids and layers); returns their sum, added in order.
+double graded_weights(double* w, int n, double first, double r);

@@ -68,11 +68,7 @@ void gen_connected_layers_cellwidths(LayerGrids* record) {
             if (layer.gp_ratio == 1.0) {
                 for (int k = 0; k < n; ++k) w[p + k] = layer.length / n;
             } else {
-                double sum = 0.0;
-                for (int k = 0; k < n; ++k) {
-                    w[p + k] = k == 0 ? 1.0 : w[p + k - 1] * layer.gp_ratio;
-                    sum += w[p + k];
-                }
+                const double sum = graded_weights(w + p, n, 1.0, layer.gp_ratio);
                 const double scale = layer.length / sum;
                 for (int k = 0; k < n; ++k) w[p + k] *= scale;
             }
@@ -88,7 +84,7 @@ void gen_connected_layers_cellwidths(LayerGrids* record) {
             // The width runs on across the joint; a chain that has no width yet starts at 1.
             if (p > chainStart) first = w[p - 1];
         }
-        for (int k = 0; k < n; ++k) w[p + k] = k == 0 ? first : w[p + k - 1] * layer.gp_ratio;
+        graded_weights(w + p, n, first, layer.gp_ratio);
         p += n;
         if (!layer.nxtCnctd) {
             double sum = 0.0;

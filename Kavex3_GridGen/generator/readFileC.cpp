@@ -8,6 +8,7 @@
 
 #include "generator/bodies.h"
 #include "generator/gdutil.h"
+#include "generator/readFileC_dbg.h"
 
 int OptionsDefnDone = 0, BodyDefnsDone = 0, XgdSpecDone = 0, YgdSpecDone = 0, ZgdSpecDone = 0;
 
@@ -91,7 +92,7 @@ double reltd_bdyposn_to_abs_posn(const BodyLengthPosn* posn, const Body* body, i
         base = lo;
     else if (posn->kind == 1)
         base = hi;
-    else if (body->type >= 4 && body->type <= 6 && body->rotor)
+    else if (is_rotor_type(body->type) && body->rotor)
         base = body->rotor->center[axis];
     else
         base = (lo + hi) * 0.5;
@@ -337,12 +338,13 @@ struct Walker {
     void setType(Body* b) {
         static const char* const words[] = {"XcutPlanes",    "YcutPlanes",    "ZcutPlanes",
                                             "X-Plane Rotor", "Y-Plane Rotor", "Z-Plane Rotor"};
-        static const int types[] = {0, 1, 2, 4, 5, 6};
-        b->type = 10;
+        static const int types[] = {BDY_XCUTPLANES, BDY_YCUTPLANES, BDY_ZCUTPLANES,
+                                    BDY_XROTOR,     BDY_YROTOR,     BDY_ZROTOR};
+        b->type = BDY_NONE;
         for (int i = 0; i < 6; ++i) {
             if (!std::strstr(v, words[i])) continue;
             b->type = types[i];
-            if (b->type >= 4) {
+            if (is_rotor_type(b->type)) {
                 Rotor* r = static_cast<Rotor*>(std::calloc(1, sizeof(Rotor)));
                 if (!r) perrorNexit("calloc");
                 b->rotor = lastRotor = init_rotor(r);

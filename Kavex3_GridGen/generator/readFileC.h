@@ -37,8 +37,5 @@ void rm_gdspc_with_nGds_zero_to_gen_frcd_gdpts(GridLine* line);
 // The above on Xgdln, Ygdln, Zgdln in this order.
 void compact_gdspcs_of_gdlines2();
 
-void dbgpr_gridLines_info2(FILE* stream, const char* title);
-void dbgpr_gridline(FILE* stream, const GridLine* line);
-
 // Set to 1 when the text's Options, Bodies, X, Y and Z sections end.
 extern int OptionsDefnDone, BodyDefnsDone, XgdSpecDone, YgdSpecDone, ZgdSpecDone;

@@ -1,7 +1,7 @@
 // Debug dump of the three grid lines as read from the specification text.
-#include <cstdio>
+#include "generator/readFileC_dbg.h"
 
-#include "generator/readFileC.h"
+#include <cstdio>
 
 static const char* tf(int flag) {
     return flag ? "True" : "False";

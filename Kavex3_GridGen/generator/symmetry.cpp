@@ -1,4 +1,6 @@
 // Generation of the three lines: common symmetric patterns and the discard limits.
+#include "generator/symmetry.h"
+
 #include <cstdlib>
 #include <cstring>
 

@@ -6,6 +6,7 @@
 #include "FEL/readers/FEL_reader_test_files.h"
 #include "FEL_curvilinear_mesh.h"
 #include "FEL_exception.h"
+#include "readers/FEL_reader.h"
 
 namespace {
 

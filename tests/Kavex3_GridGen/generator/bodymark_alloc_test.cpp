@@ -4,6 +4,7 @@
 #include "gdtest_util.h"
 #include "generator/bodycells.h"
 #include "generator/bodymark.h"
+#include "generator/cutbody.h"
 
 // Counting replacements of the C allocator for this test program; they forward to the C
 // library's own allocator. The sanitizer builds bring their own allocator and skip the check.

@@ -7,6 +7,7 @@
 #include "gdtest_util.h"
 #include "generator/bodies.h"
 #include "generator/bodycells.h"
+#include "generator/bodymark.h"
 
 namespace {
 

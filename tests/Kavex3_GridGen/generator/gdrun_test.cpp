@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "gdtest_util.h"
+#include "generator/gdsolverfiles.h"
 
 namespace {
 

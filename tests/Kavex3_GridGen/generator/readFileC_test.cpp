@@ -7,6 +7,7 @@
 #include <string>
 
 #include "gdtest_util.h"
+#include "generator/readFileC_dbg.h"
 
 namespace {
 

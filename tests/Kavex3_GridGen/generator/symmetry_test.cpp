@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "gdtest_util.h"
-#include "generator/gdgen.h"
+#include "generator/symmetry.h"
 
 namespace {
 
