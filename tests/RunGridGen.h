@@ -86,9 +86,9 @@ inline std::string SolverFile(const std::vector<double> (&corners)[3],
                               const std::vector<std::string>& cells = {},
                               const std::string& rotors = "#\n# Number of Rotors:\n0\n") {
     const char* names[3][2] = {{"IE", "X"}, {"JE", "Y"}, {"KE", "Z"}};
-    std::string text = Fmt("# Num. of X, Y & Z Cell-Widths: IE = %d; JE = %d; KE = %d\n",
-                           int(corners[0].size()) - 1, int(corners[1].size()) - 1,
-                           int(corners[2].size()) - 1);
+    std::string text =
+        Fmt("# Num. of X, Y & Z Cell-Widths: IE = %d; JE = %d; KE = %d\n",
+            int(corners[0].size()) - 1, int(corners[1].size()) - 1, int(corners[2].size()) - 1);
     for (int c = 0; c < 3; ++c) {
         const std::vector<double>& p = corners[c];
         text += Fmt("#\n# %s = Num. of %s-Cell-Widths:\n%d\n# %s-Cell-Widths\n", names[c][0],

@@ -58,10 +58,8 @@ TEST_F(FEL_Close_test, VectorOrderingMergesCloseVertices) {
     const FEL_vector3<float> a(1.0f, 2.0f, 3.0f);
     const FEL_vector3<float> near_a(1.00001f, 2.00001f, 3.00001f);
     const FEL_vector3<float> b(1.00001f, 5.0f, 0.0f);
-    EXPECT_TRUE(a < b);
-    EXPECT_FALSE(b < a);
-    EXPECT_FALSE(a < near_a);
-    EXPECT_FALSE(near_a < a);
+    EXPECT_TRUE(a < b && !(b < a));
+    EXPECT_FALSE(a < near_a || near_a < a);
     std::map<FEL_vector3<float>, int> vertices;
     vertices[a] = 1;
     vertices[near_a] += 1;
@@ -78,7 +76,6 @@ TEST(FEL_vector3, StreamFormAndArithmetic) {
     const FEL_vector3<double> a(1, 2, 3), b(4, 5, 6);
     EXPECT_EQ(FEL_dot(a, b), 32.0);
     EXPECT_EQ(FEL_cross(a, b), FEL_vector3<double>(-3, 6, -3));
-    EXPECT_EQ(b - a, FEL_vector3<double>(3, 3, 3));
 }
 
 TEST(FEL_matrix33, RowsAndProducts) {

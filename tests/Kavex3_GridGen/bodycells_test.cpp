@@ -39,15 +39,6 @@ TEST_F(BodyCellStore, IndicesGoToTheArrayOfTheirAxisAndSurviveGrowth) {
     EXPECT_EQ(cells()[2499], (std::array<int, 3>{2500, -2, 296}));
 }
 
-TEST_F(BodyCellStore, DebugLevelAboveNineListsEachMarkedCell) {
-    gd_options.debugLevel = 10;
-    const std::string text = capture([](FILE* s) {
-        gd_options.debugStream = s;
-        mark_body_cell(1, 4, 2, 5, 0, 6);
-    });
-    EXPECT_EQ(text, "[6, 4, 5]\n");
-}
-
 TEST_F(BodyCellStore, ZeroWidthCellsBehindOneBodyCellFillTheCorner) {
     // N = 6 points per axis: cells 0 .. 4, the zero-width boundary cells are 0 and 4, the
     // outermost real cells 1 and 3. A body in the real corner cell (1, 1, 1) blocks, pass by
@@ -88,17 +79,17 @@ TEST_F(BodyCellStore, ZeroWidthCellsOnBothSidesAndOnlyNextToTheBoundary) {
                               {2, 8, 0}}));
 }
 
-TEST_F(BodyCellStore, SolverListAndDebugListAreExact) {
-    EXPECT_EQ(capture(wr_bodyblocks_input_for_solver),
-              "#\n# Num. of Body Cells:\n0\n# Body Cells ({I-index, J-index, K-index} of the "
-              "cells)\n");
+TEST_F(BodyCellStore, DebugListsAreShiftedAndAboveLevelNineEachMarkedCell) {
     mark_body_cell(0, 0, 1, 1, 2, 2);
     mark_body_cell(0, 9, 1, 10, 2, 11);
-    EXPECT_EQ(capture(wr_bodyblocks_input_for_solver),
-              "#\n# Num. of Body Cells:\n2\n# Body Cells ({I-index, J-index, K-index} of the "
-              "cells)\n1, 2, 3\n10, 11, 12\n");
     EXPECT_EQ(capture([](FILE* s) { dbgpr_body_cells(s, 1, 2, 3, "Cells"); }),
               "\nCells\nNum. of Body Cells: 2\n[1, 3, 5]\n[10, 12, 14]\n");
+    gd_options.debugLevel = 10;
+    const std::string text = capture([](FILE* s) {
+        gd_options.debugStream = s;
+        mark_body_cell(1, 4, 2, 5, 0, 6);
+    });
+    EXPECT_EQ(text, "[6, 4, 5]\n");
 }
 
 TEST_F(BodyCellStore, LongListsAreWrittenWhole) {

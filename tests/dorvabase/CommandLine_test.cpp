@@ -86,9 +86,9 @@ TEST(CommandLine, FilesBeforeTheFirstParameterAndAfterDoubleDash) {
 }
 
 TEST(CommandLine, TypedConversions) {
-    Parse({"-hex", "0x1F", "-oct", "017", "-tail", "12abc", "-word", "abc", "-d", "1e-3", "-x",
-           "0.1", "-t", "t", "-Y", "yes", "-no", "n", "-h=-0.5", "-z", "0.0", "-T", "True", "-m",
-           "1.5x"});
+    Parse({"-hex",    "0x1F", "-oct", "017", "-tail", "12abc", "-word", "abc", "-d",
+           "1e-3",    "-x",   "0.1",  "-t",  "t",     "-Y",    "yes",   "-no", "n",
+           "-h=-0.5", "-z",   "0.0",  "-T",  "True",  "-m",    "1.5x"});
     const struct {
         const char* name;
         bool found;
@@ -111,7 +111,7 @@ TEST(CommandLine, TypedConversions) {
     const struct {
         const char* name;
         bool found, truth;
-    } bools[] = {{"t", true, true},  {"Y", true, true}, {"no", true, false}, {"h", true, true},
+    } bools[] = {{"t", true, true},  {"Y", true, true},  {"no", true, false}, {"h", true, true},
                  {"z", true, false}, {"T", false, true}, {"m", false, true}};
     for (const auto& row : bools) {
         bool value = true;

@@ -13,7 +13,8 @@ TEST(PrintErrorDebugHelper, PrintsUpToTheDebugLevelAndIndentsDeepMessages) {
         char* argv[] = {words[0].data(), words[1].data(), words[2].data()};
         Dorva::CommandLine::SetParameters(3, argv);
         testing::internal::CaptureStderr();
-        for (int level : {0, 3, 4, 5, 6}) Dorva::PrintErrorDebugHelper(level, std::to_string(level));
+        for (int level : {0, 3, 4, 5, 6})
+            Dorva::PrintErrorDebugHelper(level, std::to_string(level));
         EXPECT_EQ(testing::internal::GetCapturedStderr(),
                   withDebug ? "0\n3\n  > 4\n  > 5\n" : "0\n");
     }

@@ -16,10 +16,11 @@ std::string Project(const std::string& gridStart, const std::string& bodies) {
                        "    Layer File: layers.dat\nEnd Options\nStart Body Definitions\n" +
                        bodies + "End Body Definitions\n";
     for (char axis : {'X', 'Y', 'Z'})
-        text += Fmt("Body %c-GridSpec\n    New GridSpec\n        from: Domain L0.0\n"
-                    "        to: Domain L1.0\n        number of Grids: 4\n        GP Ratio: 1.0\n"
-                    "    #\nEnd %c-Grid Spec\n",
-                    axis, axis);
+        text +=
+            Fmt("Body %c-GridSpec\n    New GridSpec\n        from: Domain L0.0\n"
+                "        to: Domain L1.0\n        number of Grids: 4\n        GP Ratio: 1.0\n"
+                "    #\nEnd %c-Grid Spec\n",
+                axis, axis);
     return text;
 }
 
@@ -34,9 +35,8 @@ const char* const kDomainCut =
     "2 4\n0\n0 0\n100 0\n100 100\n0 100\n100\n0 0\n100 0\n100 100\n0 100\n";
 
 // Per axis 7 corner points without layers: the start twice, 25 .. 100, 100 again.
-const std::vector<double> kCorners[3] = {{0, 0, 25, 50, 75, 100, 100},
-                                         {0, 0, 25, 50, 75, 100, 100},
-                                         {0, 0, 25, 50, 75, 100, 100}};
+const std::vector<double> kCorners[3] = {
+    {0, 0, 25, 50, 75, 100, 100}, {0, 0, 25, 50, 75, 100, 100}, {0, 0, 25, 50, 75, 100, 100}};
 
 // The driver points the generator at <run dir>/N-x.cut for cut body N: the points go there.
 struct CutRun : GridGenRun {
@@ -68,10 +68,10 @@ TEST(GenBodiesRun, CutBodyAtTheThresholdInEitherPlaneOrderBlocksItsBoundaryCells
     const std::string ascending = "2 4\n22\n" + section + "78\n" + section;
     const std::string descending =
         "2 4\n# planes from high to low\n78\n" + section + "22\n" + section;
-    const std::string expected = SolverFile(
-        kCorners,
-        {"3, 3, 2", "3, 3, 3", "3, 3, 4", "3, 4, 2", "3, 4, 3", "3, 4, 4", "4, 3, 2", "4, 3, 3",
-         "4, 3, 4", "4, 4, 2", "4, 4, 3", "4, 4, 4", "3, 3, 1", "3, 4, 1", "4, 3, 1", "4, 4, 1"});
+    const std::string expected =
+        SolverFile(kCorners, {"3, 3, 2", "3, 3, 3", "3, 3, 4", "3, 4, 2", "3, 4, 3", "3, 4, 4",
+                              "4, 3, 2", "4, 3, 3", "4, 3, 4", "4, 4, 2", "4, 4, 3", "4, 4, 4",
+                              "3, 3, 1", "3, 4, 1", "4, 3, 1", "4, 4, 1"});
     for (const std::string& block : {ascending, descending}) {
         CutRun run(project, {kDomainCut, block});
         ASSERT_EQ(run.status, 0) << run.Read("Kavex3_GridGen.err");

@@ -34,7 +34,9 @@ struct CutProjectRun : GridGenRun {
         Write("1-x.cut", "2 4\n0.0\n0 0\n1 0\n1 1\n0 1\n1.0\n0 0\n1 0\n1 1\n0 1\n");
         Write("layers.dat", "0\n0\n0\n0\n0\n0\n");
     }
-    std::string Log(const char* suffix) const { return Read(std::string("Kavex3_GridGen") + suffix); }
+    std::string Log(const char* suffix) const {
+        return Read(std::string("Kavex3_GridGen") + suffix);
+    }
 };
 
 const std::set<std::string> kInputs = {"proj.Grid", "rotor.SlvrRot", "1-x.cut", "layers.dat"};
@@ -80,7 +82,8 @@ TEST(GridGenRun, MissingParameterFailsBeforeTheLogs) {
 TEST(GridGenRun, RunDirectoryThatCantTakeTheLogs) {
     CutProjectRun run;
     const std::string missing = run / "no-such-dir";
-    const RunResult r = run.Run({"-Grid", run.strProject, "-SlvrRot", run.strRotor, "-pth", missing});
+    const RunResult r =
+        run.Run({"-Grid", run.strProject, "-SlvrRot", run.strRotor, "-pth", missing});
     EXPECT_EQ(r.status, 255);
     EXPECT_EQ(r.strStdout, "");
     EXPECT_EQ(r.strStderr, "GRID GEN ERROR:  Could not open the logs in " + missing +
@@ -124,7 +127,8 @@ TEST(GridGenRun, MissingOrEmptyProjectAndUnreadableRotorStillFinish) {
     CutProjectRun run;
     run.Write("empty.Grid", "");
     for (const std::string& project : {run / "empty.Grid", run / "missing.Grid"}) {
-        const RunResult r = run.Run({"-Grid=" + project, "-SlvrRot", run / "none", "-pth", run.Path()});
+        const RunResult r =
+            run.Run({"-Grid=" + project, "-SlvrRot", run / "none", "-pth", run.Path()});
         EXPECT_EQ(r.status, 0);
         // Without an Options section the generator keeps its default debug level, so its debug
         // output follows the stage lines.
