@@ -10,7 +10,7 @@
 
 namespace {
 
-using BodiesTest = GenInputTest;
+using BodiesTest = GenTest;
 
 // Two planes, the upper one first, three (q1, q2) points each:
 //   plane 5:  (1, -1), (1, 2), (-3, 0.5)   ties on q1 = 1: the first point stays the largest
@@ -196,7 +196,7 @@ TEST_F(BodiesTest, DebugListingOfRotorsAndCuboidsIsExact) {
               "(MaxXYZ: 1.000000, 2.000000, 3.000000)\n");
 }
 
-using BodiesDeathTest = GenInputTest;
+using BodiesDeathTest = GenTest;
 
 TEST_F(BodiesDeathTest, PointsFileFailuresEndWithStatusOne) {
     add_body("gone", 0)->pointsFile = strdup("/nonexistent-dir/gone.cut");

@@ -6,11 +6,11 @@
 
 namespace {
 
-class BodyMarking : public GenRecordsTest {
+class BodyMarking : public GenTest {
   protected:
     // Lines of four cells of width 25 on X, Y and Z, unless a test sets its own.
     void SetUp() override {
-        GenRecordsTest::SetUp();
+        GenTest::SetUp();
         for (GridLine* line : {&Xgdln, &Ygdln, &Zgdln}) set_line(line, {0, 25, 50, 75, 100});
     }
     void mark(std::vector<Body> bodies) {
@@ -65,7 +65,8 @@ TEST_F(BodyMarking, CuboidsTrimEndCellsCoveredNoMoreThanTheFraction) {
     Body rotor = build_.plain_body(4, {0, 0, 0}, {100, 100, 50});
     Body none = build_.plain_body(10, {0, 0, 0}, {100, 100, 50});
     mark({cuboid, unused, rotor, ownFraction, none, sliver});
-    EXPECT_EQ(cells(), (Cells{{1, 0, 1}, {1, 1, 1}, {2, 0, 1}, {2, 1, 1}, {1, 1, 1}, {2, 1, 1}}));
+    EXPECT_EQ(marked_cells(),
+              (Cells{{1, 0, 1}, {1, 1, 1}, {2, 0, 1}, {2, 1, 1}, {1, 1, 1}, {2, 1, 1}}));
 }
 
 //  Z-cut body, the same square at z = 22 and z = 78, seen along Z (cells of 25, body ####):
@@ -86,10 +87,10 @@ TEST_F(BodyMarking, CutPlaneFractionsAtExactlyTheThresholdAreNotMarked) {
     const Cells expected = {{1, 0, 1}, {1, 1, 1}, {1, 2, 1}, {2, 0, 1}, {2, 1, 1}, {2, 2, 1},
                             {1, 0, 2}, {1, 1, 2}, {1, 2, 2}, {2, 0, 2}, {2, 1, 2}, {2, 2, 2}};
     mark({up});
-    EXPECT_EQ(cells(), expected);
+    EXPECT_EQ(marked_cells(), expected);
     nBodyCells = 0;
     mark({down});
-    EXPECT_EQ(cells(), expected);
+    EXPECT_EQ(marked_cells(), expected);
 }
 
 //  X-cut body tapering in y from 100 at x = 0 to 40 at x = 100, z 0 .. 100 (one Z cell):
@@ -110,10 +111,10 @@ TEST_F(BodyMarking, CutPlaneCrossSectionsAreInterpolatedInEitherPlaneOrder) {
     const Cells expected = {{0, 0, 0}, {0, 1, 0}, {0, 2, 0}, {0, 3, 0}, {1, 0, 0}, {1, 1, 0},
                             {1, 2, 0}, {2, 0, 0}, {2, 1, 0}, {2, 2, 0}, {3, 0, 0}, {3, 1, 0}};
     mark({up});
-    EXPECT_EQ(cells(), expected);
+    EXPECT_EQ(marked_cells(), expected);
     nBodyCells = 0;
     mark({down});
-    EXPECT_EQ(cells(), expected);
+    EXPECT_EQ(marked_cells(), expected);
 }
 
 //  Z-cut body between z = 30 and z = 32, inside Z cell 1 (25 .. 50), covering it by 8%:
@@ -126,7 +127,7 @@ TEST_F(BodyMarking, CutPlaneBodyInsideOneCellAlongItsAxisKeepsThatSlab) {
     Body unused = thin;
     unused.usedInSolver = 0;
     mark({unused, thin});
-    EXPECT_EQ(cells(), (Cells{{1, 1, 1}, {1, 2, 1}, {2, 1, 1}, {2, 2, 1}}));
+    EXPECT_EQ(marked_cells(), (Cells{{1, 1, 1}, {1, 2, 1}, {2, 1, 1}, {2, 2, 1}}));
 }
 
 }  // namespace

@@ -23,10 +23,7 @@ void add_uniform(std::vector<double>& out, double from, double to, int n) {
     for (int k = 1; k < n; ++k) out.push_back(x = x + (to - from) / n);
 }
 
-class GenLineGrid : public ::testing::Test {
-  protected:
-    void SetUp() override { set_test_options(); }
-};
+using GenLineGrid = GenTest;
 
 TEST_F(GenLineGrid, CoarseSpecBiddingLastLosesTheOverlap) {
     // [4,6] with 10 cells, then [0,10] with 10 cells: pieces of 4, 10 and 4 cells.

@@ -16,10 +16,7 @@ FILE* text_stream(const std::string& text) {
     return f;
 }
 
-class Layers : public ::testing::Test {
-  protected:
-    void SetUp() override { set_test_options(); }
-};
+using Layers = GenTest;
 
 TEST_F(Layers, DumpOfAConnectedChain) {
     FILE* f = text_stream("2  1 1 3 -2 1  2 1 4 2 1");
@@ -28,9 +25,7 @@ TEST_F(Layers, DumpOfAConnectedChain) {
     std::fclose(f);
     gen_connected_layers_cellwidths(&rec);
     // Chain: 1, 1 | 1, 1 over 3 + 4 = 7: four widths of 1.75.
-    FILE* out = std::tmpfile();
-    wr_layer_info(out, &rec, "X-Layer Before Body");
-    EXPECT_EQ(read_all(out),
+    EXPECT_EQ(stream_text([&](FILE* out) { wr_layer_info(out, &rec, "X-Layer Before Body"); }),
               "\n\nX-Layer Before Body\n\nLayer Starting Position:            0\n"
               "\nNumber of Layers: 2\n"
               "          Length      GPratio Num-Cells Nxt-Cnctd\n"
@@ -39,7 +34,6 @@ TEST_F(Layers, DumpOfAConnectedChain) {
               "\nNumber of Cell Widths: 4\n"
               "      CellWidths\n"
               "  1         1.75\n  2         1.75\n  3         1.75\n  4         1.75\n");
-    std::fclose(out);
 }
 
 TEST_F(Layers, BadListsEndTheProcess) {

@@ -10,7 +10,7 @@
 
 namespace {
 
-using ReadFileCTest = GenInputTest;
+using ReadFileCTest = GenTest;
 
 // Two X planes of a wing, four points each; the pairs are (Y, Z). Scaled by 2 on reading.
 const char* const kWingCuts =
@@ -176,6 +176,7 @@ TEST_F(ReadFileCTest, RealisticProjectFillsOptionsLinesAndBodies) {
 }
 
 TEST_F(ReadFileCTest, DerivedOptionsTakePreferredNamesAndDebugFile) {
+    gd_options.debugLevel = 1;  // a debug file is opened only for debug output
     pref_options.layerFile = strdup("pref.lyr");
     pref_options.solverInpFile = strdup("pref.inp");
     gd_options.layerFile = strdup("own.lyr");
@@ -186,7 +187,7 @@ TEST_F(ReadFileCTest, DerivedOptionsTakePreferredNamesAndDebugFile) {
     ASSERT_NE(gd_options.debugStream, stdout);
     std::fclose(gd_options.debugStream);
 
-    reset_generator_records();
+    reset_generator_records(1);
     gd_options.solverInpFile = strdup("");
     gd_options.debugFile = strdup("/nonexistent-dir/debug.out");
     testing::internal::CaptureStderr();
@@ -342,7 +343,7 @@ TEST_F(ReadFileCTest, SpecCollectionGrowsAndIsHandedOver) {
     free(all);
 }
 
-using ReadFileCDeathTest = GenInputTest;
+using ReadFileCDeathTest = GenTest;
 
 TEST_F(ReadFileCDeathTest, FatalInputEndsWithStatusOne) {
     EXPECT_EXIT(manage_gridgen_input("/nonexistent-dir/none.spec"), testing::ExitedWithCode(1),
