@@ -5,52 +5,46 @@
 
 namespace {
 
-TEST(FEL_axis, RegularLocateAtNodesAndEnds) {
-    // Nodes 1, 1.5, 2, 2.5.
-    const FEL_regular_axis axis(4, 1.0f, 0.5f);
+TEST(FEL_axis, LocateAtNodesAndEndsAndInterpolation) {
+    // Regular nodes 1, 1.5, 2, 2.5; irregular nodes 0, 1, 3, 7. An interior node starts the cell
+    // above it; the upper end, exactly, gives the last cell.
+    const FEL_regular_axis regular(4, 1.0f, 0.5f);
+    const FEL_irregular_axis irregular(4, new float[4]{0.0f, 1.0f, 3.0f, 7.0f});
+    const struct {
+        const FEL_axis& axis;
+        float x;
+        int found, cell;
+    } rows[] = {{regular, 1.0f, 1, 0},    {regular, 1.5f, 1, 1},   {regular, 2.5f, 1, 2},
+                {regular, 2.6f, 0, -1},   {irregular, 0.0f, 1, 0}, {irregular, 1.0f, 1, 1},
+                {irregular, 5.0f, 1, 2},  {irregular, 7.0f, 1, 2}, {irregular, 7.01f, 0, -1},
+                {irregular, -0.1f, 0, -1}};
+    for (const auto& row : rows) {
+        int i = -1;
+        EXPECT_EQ(row.axis.locate(row.x, &i), row.found) << row.x;
+        if (row.found) EXPECT_EQ(i, row.cell) << row.x;
+    }
     int i = -1;
-    EXPECT_EQ(axis.locate(1.0f, &i), 1);
-    EXPECT_EQ(i, 0);
-    EXPECT_EQ(axis.locate(1.5f, &i), 1);
-    EXPECT_EQ(i, 1);  // an interior node starts the cell above it
-    EXPECT_EQ(axis.locate(2.5f, &i), 1);
-    EXPECT_EQ(i, 2);  // the upper end, exactly, gives the last cell
-    i = -1;
-    EXPECT_EQ(axis.locate(2.6f, &i), 0);
-    EXPECT_EQ(axis.locate(3.0f, &i), 0);
-    EXPECT_EQ(i, -1);
-    EXPECT_EQ(axis.locate(2.2f, 0, &i), 1);
+    EXPECT_EQ(regular.locate(2.2f, 0, &i), 1);
     EXPECT_EQ(i, 2);
-    float x = 0;
-    EXPECT_EQ(axis.coordinates_at_structured(1.5f, &x), 1);
-    EXPECT_EQ(x, 1.75f);
-    EXPECT_EQ(axis.coordinates_at_structured(3.5f, &x), 0);
-    EXPECT_EQ(x, 2.75f);  // written all the same
-    float low, high;
-    axis.compute_bounding_interval(&low, &high);
-    EXPECT_EQ(low, 1.0f);
-    EXPECT_EQ(high, 2.5f);
-}
-
-TEST(FEL_axis, IrregularLocateAndInterpolation) {
-    const FEL_irregular_axis axis(4, new float[4]{0.0f, 1.0f, 3.0f, 7.0f});
-    int i = -1;
-    EXPECT_EQ(axis.locate(0.0f, &i), 1);
-    EXPECT_EQ(i, 0);
-    EXPECT_EQ(axis.locate(1.0f, &i), 1);
-    EXPECT_EQ(i, 1);
-    EXPECT_EQ(axis.locate(5.0f, &i), 1);
-    EXPECT_EQ(i, 2);
-    EXPECT_EQ(axis.locate(7.0f, &i), 1);
-    EXPECT_EQ(i, 2);
-    EXPECT_EQ(axis.locate(7.01f, &i), 0);
-    EXPECT_EQ(axis.locate(-0.1f, &i), 0);
-    float x = 0;
-    EXPECT_EQ(axis.coordinates_at_structured(1.5f, &x), 1);
-    EXPECT_EQ(x, 2.0f);
-    EXPECT_EQ(axis.coordinates_at_structured(3.0f, &x), 1);
-    EXPECT_EQ(x, 7.0f);
-    EXPECT_EQ(axis.coordinates_at_structured(3.25f, &x), 0);
+    // Positions by structured coordinate; beyond the end still written, but refused.
+    const struct {
+        const FEL_axis& axis;
+        float s;
+        int ok;
+        float x;
+    } at[] = {{regular, 1.5f, 1, 1.75f},
+              {regular, 3.5f, 0, 2.75f},
+              {irregular, 1.5f, 1, 2.0f},
+              {irregular, 3.0f, 1, 7.0f}};
+    for (const auto& row : at) {
+        float x = 0;
+        EXPECT_EQ(row.axis.coordinates_at_structured(row.s, &x), row.ok) << row.s;
+        EXPECT_EQ(x, row.x) << row.s;
+    }
+    float x = 0, low, high;
+    EXPECT_EQ(irregular.coordinates_at_structured(3.25f, &x), 0);
+    regular.compute_bounding_interval(&low, &high);
+    EXPECT_EQ(std::make_pair(low, high), std::make_pair(1.0f, 2.5f));
     const FEL_null_axis null;
     EXPECT_EQ(null.locate(12.0f, &i), 1);
     EXPECT_EQ(i, 0);
