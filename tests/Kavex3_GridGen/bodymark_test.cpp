@@ -117,17 +117,4 @@ TEST_F(BodyMarking, CutPlaneCrossSectionsAreInterpolatedInEitherPlaneOrder) {
     EXPECT_EQ(marked_cells(), expected);
 }
 
-//  Z-cut body between z = 30 and z = 32, inside Z cell 1 (25 .. 50), covering it by 8%:
-//  x 25 .. 50 at z = 30, x 25 .. 100 at z = 32, y 25 .. 75 on both.
-//  Not trimmed, its one slab is cut at z = 31: x 25 .. 75, y 25 .. 75.
-TEST_F(BodyMarking, CutPlaneBodyInsideOneCellAlongItsAxisKeepsThatSlab) {
-    const BodyBuilder::Polygon low = {{25, 25}, {50, 25}, {50, 75}, {25, 75}};
-    const BodyBuilder::Polygon high = {{25, 25}, {100, 25}, {100, 75}, {25, 75}};
-    Body thin = build_.cut_body(2, {{30, low}, {32, high}}, {25, 25, 30}, {100, 75, 32});
-    Body unused = thin;
-    unused.usedInSolver = 0;
-    mark({unused, thin});
-    EXPECT_EQ(marked_cells(), (Cells{{1, 1, 1}, {1, 2, 1}, {2, 1, 1}, {2, 2, 1}}));
-}
-
 }  // namespace

@@ -156,11 +156,3 @@ TEST(CommandLine, ProgramPathFallsBackToTheSearchPath) {
     Parse({});
     EXPECT_FALSE(CommandLine::GetProgramPath().IsInitialized());
 }
-
-TEST(CommandLineDeathTest, CopyingFails) {
-    CommandLine original;
-    EXPECT_DEATH(CommandLine copy(original),
-                 "CommandLine copy constructor is unimplemented and was called");
-    CommandLine other;
-    EXPECT_DEATH(other = original, "CommandLine operator= is unimplemented and was called");
-}
