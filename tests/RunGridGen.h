@@ -80,6 +80,20 @@ class GridGenRun : public ScratchDir {
     }
 };
 
+// The grid file for the final corner points of each axis and the translation; it lists no body
+// cells, whatever the run blocked.
+inline std::string GridFile(const std::vector<double> (&corners)[3], double tx, double ty,
+                            double tz) {
+    const int n[3] = {int(corners[0].size()), int(corners[1].size()), int(corners[2].size())};
+    std::string text = Fmt("# %f %f %f\n%d %d %d\n", tx, ty, tz, n[0], n[1], n[2]);
+    for (int c = 0; c < 3; ++c)
+        for (int k = 0; k < n[2]; ++k)
+            for (int j = 0; j < n[1]; ++j)
+                for (int i = 0; i < n[0]; ++i)
+                    text += Fmt(" %12.5f", corners[c][c == 0 ? i : c == 1 ? j : k]);
+    return text + "\n# Num. of Body Cells:\n0\n";
+}
+
 // The solver file for the final corner points of each axis, the body cells as "I, J, K" lines
 // and the rotor part (by default no rotors).
 inline std::string SolverFile(const std::vector<double> (&corners)[3],

@@ -27,8 +27,6 @@ struct RunDir : GridGenRun {
         Write("1-x.cut", kCube);
         return Run().status;
     }
-    std::string read(const std::string& name) const { return Read(name); }
-    void write(const std::string& name, const std::string& text) const { Write(name, text); }
 };
 
 // ---- Project text -------------------------------------------------------------------------
@@ -91,14 +89,8 @@ struct Axis {
 };
 
 std::string grid_file(const Axis a[3]) {
-    const int n[3] = {int(a[0].final.size()), int(a[1].final.size()), int(a[2].final.size())};
-    std::string text = Fmt("# %f %f %f\n%d %d %d\n", a[0].t, a[1].t, a[2].t, n[0], n[1], n[2]);
-    for (int c = 0; c < 3; ++c)
-        for (int k = 0; k < n[2]; ++k)
-            for (int j = 0; j < n[1]; ++j)
-                for (int i = 0; i < n[0]; ++i)
-                    text += Fmt(" %12.5f", a[c].final[c == 0 ? i : c == 1 ? j : k]);
-    return text + "\n# Num. of Body Cells:\n0\n";
+    const Pts corners[3] = {a[0].final, a[1].final, a[2].final};
+    return GridFile(corners, a[0].t, a[1].t, a[2].t);
 }
 
 std::string solver_file(const Axis a[3], const std::vector<std::string>& cells = {}) {
@@ -134,11 +126,11 @@ std::string corner_table(const Axis a[3]) {
 }
 
 void expect_files(const RunDir& run, const Axis a[3], const std::string& debug) {
-    EXPECT_EQ(run.read("KX3.grid.dat"), grid_file(a));
-    EXPECT_EQ(run.read("SolverGdInp.dat"), solver_file(a));
-    EXPECT_EQ(run.read("Lcl2Gbl.dat"), Fmt("%f %f %f \n", a[0].t, a[1].t, a[2].t));
-    EXPECT_EQ(run.read("Kavex3_GridGen.out"), run.DriverLog() + debug);
-    EXPECT_EQ(run.read("Kavex3_GridGen.err"), "");
+    EXPECT_EQ(run.Read("KX3.grid.dat"), grid_file(a));
+    EXPECT_EQ(run.Read("SolverGdInp.dat"), solver_file(a));
+    EXPECT_EQ(run.Read("Lcl2Gbl.dat"), Fmt("%f %f %f \n", a[0].t, a[1].t, a[2].t));
+    EXPECT_EQ(run.Read("Kavex3_GridGen.out"), run.DriverLog() + debug);
+    EXPECT_EQ(run.Read("Kavex3_GridGen.err"), "");
     EXPECT_FALSE(PathExists(run / "temp.Grid"));
 }
 
@@ -153,7 +145,7 @@ TEST(GdRunE2E, UniformGradedOverlappingForcedFractionalAndReversedSpecs) {
         section('Y', spec("0", "1", "5", "GP Ratio: 1.2\n") + spec("0.5", "0.5", "0")) +
         section('Z', spec("0", "0.7", "3.5") + spec("1", "0.7", "3", "GP Ratio: 2\n"));
     RunDir run;
-    ASSERT_EQ(run.run(project), 0) << run.read("Kavex3_GridGen.err");
+    ASSERT_EQ(run.run(project), 0) << run.Read("Kavex3_GridGen.err");
 
     Axis a[3];
     a[0].start = -5.0;
@@ -200,8 +192,8 @@ TEST(GdRunE2E, SymmetryAndLayersWithTheCornerTable) {
         section('X', spec("0.2", "1", "7", "Maintain Symmetry About: Box L0.5\n")) +
         section('Y', spec("0", "1", "2")) + section('Z', spec("0", "1", "1"));
     RunDir run;
-    run.write("layers.dat", kLayers);
-    ASSERT_EQ(run.run(project), 0) << run.read("Kavex3_GridGen.err");
+    run.Write("layers.dat", kLayers);
+    ASSERT_EQ(run.run(project), 0) << run.Read("Kavex3_GridGen.err");
 
     Axis a[3];
     cells(a[0].line, 0, 2, 2);
@@ -215,7 +207,7 @@ TEST(GdRunE2E, SymmetryAndLayersWithTheCornerTable) {
     layer_widths(a);
     for (Axis& axis : a) axis.finish();
     expect_files(run, a, corner_table(a));
-    EXPECT_NE(run.read("Kavex3_GridGen.out").find("infinity"), std::string::npos);
+    EXPECT_NE(run.Read("Kavex3_GridGen.out").find("infinity"), std::string::npos);
 }
 
 // ---- Debug levels on a small project -------------------------------------------------------
@@ -315,8 +307,8 @@ TEST(GdRunE2E, DebugOutputAtEachLevelThreshold) {
             section('X', spec("0", "1", "2")) + section('Y', spec("0", "1", "2")) +
             section('Z', spec("0", "1", "2", "Maintain Symmetry About: Box L0.5\n"));
         RunDir run;
-        run.write("layers.dat", "1\n1 1 2 2 1\n0 0 0 0 0\n");
-        ASSERT_EQ(run.run(project), 0) << run.read("Kavex3_GridGen.err");
+        run.Write("layers.dat", "1\n1 1 2 2 1\n0 0 0 0 0\n");
+        ASSERT_EQ(run.run(project), 0) << run.Read("Kavex3_GridGen.err");
         Axis a[3];
         for (Axis& axis : a) axis.line = {0, 5, 10};
         a[0].start = 1.0;
@@ -327,28 +319,6 @@ TEST(GdRunE2E, DebugOutputAtEachLevelThreshold) {
         SCOPED_TRACE(level);
         expect_files(run, a, small_debug(level, run, a));
     }
-}
-
-TEST(GdRunE2E, BodyCellsReachTheSolverFileOneBased) {
-    // X, Y, Z each 4 cells over [-5, 15]: the cube fills cells 1 and 2 of each axis; with no
-    // layers the shift is 1 and the solver counts from 1, so the cells are 3 and 4.
-    std::string project = options(0, "(0.0,0.0,0.0)", "") + kBodies;
-    project.replace(project.find("used in solver: False"), 21, "used in solver: True");
-    for (char axis : {'X', 'Y', 'Z'}) project += section(axis, spec("-0.5", "1.5", "4"));
-    RunDir run;
-    ASSERT_EQ(run.run(project), 0) << run.read("Kavex3_GridGen.err");
-    Axis a[3];
-    for (Axis& axis : a) {
-        cells(axis.line, at(-0.5), at(1.5), 4);
-        axis.line.push_back(at(1.5));
-        axis.finish();
-    }
-    std::vector<std::string> cellLines;
-    for (int i = 3; i <= 4; ++i)
-        for (int j = 3; j <= 4; ++j)
-            for (int k = 3; k <= 4; ++k) cellLines.push_back(Fmt("%d, %d, %d", i, j, k));
-    EXPECT_EQ(run.read("SolverGdInp.dat"), solver_file(a, cellLines));
-    EXPECT_EQ(run.read("KX3.grid.dat"), grid_file(a));
 }
 
 }  // namespace
