@@ -44,16 +44,6 @@ std::string grid_text(const std::vector<double>& x, const std::vector<double>& y
     return s + "\n# Num. of Body Cells:\n0\n";
 }
 
-std::vector<int> dims_of(const FEL_pointer<FEL_mesh>& mesh) {
-    std::vector<int> d(3, -1);
-    mesh->get_structured_dimensions(d.data());
-    return d;
-}
-
-FEL_vector3<float> node(const FEL_pointer<FEL_mesh>& mesh, int n) {
-    return dynamic_cast<const FEL_curvilinear_mesh&>(*mesh.get()).node(n);
-}
-
 }  // namespace
 
 TEST(FEL_reader, FirstBytesTellTextFromBinary) {
