@@ -135,6 +135,8 @@ TEST(GridGenRun, MissingOrEmptyProjectAndUnreadableRotorStillFinish) {
         const std::string stages =
             kBanner + "Reading .Grid file (" + project + ")...\nBegin Grid Generation...\n";
         EXPECT_EQ(run.Log(".out").substr(0, stages.size()), stages);
+        EXPECT_NE(run.Log(".out").find("\nGrid Lines - almost just after reading in the spec\n"),
+                  std::string::npos);
         EXPECT_EQ(run.Log(".err"), "");
         EXPECT_TRUE(PathExists(run / "SolverGdInp.dat"));
         EXPECT_FALSE(PathExists(run / "temp.SlvrRot"));
