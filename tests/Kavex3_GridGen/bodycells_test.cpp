@@ -11,21 +11,6 @@ namespace {
 
 using BodyCellStore = GenTest;
 
-TEST_F(BodyCellStore, IndicesGoToTheArrayOfTheirAxisAndSurviveGrowth) {
-    mark_body_cell(2, 7, 0, 8, 1, 9);
-    EXPECT_EQ(marked_cells(), (Cells{{8, 9, 7}}));
-    for (int c = 1; c < 2500; ++c) mark_body_cell(0, c, 1, c % 7, 2, -c % 5);
-    ASSERT_EQ(nBodyCells, 2500);
-    EXPECT_EQ(marked_cells()[0], (std::array<int, 3>{8, 9, 7}));
-    EXPECT_EQ(marked_cells()[999], (std::array<int, 3>{999, 5, -4}));
-    EXPECT_EQ(marked_cells()[2499], (std::array<int, 3>{2499, 0, -4}));
-
-    const int16_t shift[3] = {1, -2, 300};
-    translate_body_cells(shift);
-    EXPECT_EQ(marked_cells()[0], (std::array<int, 3>{9, 7, 307}));
-    EXPECT_EQ(marked_cells()[2499], (std::array<int, 3>{2500, -2, 296}));
-}
-
 TEST_F(BodyCellStore, ZeroWidthCellsBehindOneBodyCellFillTheCorner) {
     // N = 6 points per axis: cells 0 .. 4, the zero-width boundary cells are 0 and 4, the
     // outermost real cells 1 and 3. A body in the real corner cell (1, 1, 1) blocks, pass by
@@ -79,8 +64,9 @@ TEST_F(BodyCellStore, DebugListsAreShiftedAndAboveLevelNineEachMarkedCell) {
     EXPECT_EQ(text, "[6, 4, 5]\n");
 }
 
-TEST_F(BodyCellStore, LongListsAreWrittenWhole) {
-    // Enough lines to pass through the writer's buffer several times; expected text by printf.
+TEST_F(BodyCellStore, LongListsGrowAreWrittenWholeAndShift) {
+    // Enough cells to grow the store twice and lines to pass through the writer's buffer several
+    // times; expected text by printf.
     std::string expected =
         "#\n# Num. of Body Cells:\n3000\n# Body Cells ({I-index, J-index, "
         "K-index} of the cells)\n";
@@ -90,6 +76,9 @@ TEST_F(BodyCellStore, LongListsAreWrittenWhole) {
                     std::to_string(c % 3 + 1) + "\n";
     }
     EXPECT_EQ(stream_text(wr_bodyblocks_input_for_solver), expected);
+    const int16_t shift[3] = {1, -2, 300};
+    translate_body_cells(shift);
+    EXPECT_EQ(marked_cells()[2999], (std::array<int, 3>{29991, 29766, 302}));
 }
 
 }  // namespace

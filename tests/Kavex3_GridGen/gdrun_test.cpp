@@ -43,27 +43,4 @@ TEST_F(GdRun, GridPointsAndTranslationFilesAndTheTranslationsFailure) {
               "/nonexistent-dir/Lcl2Gbl.dat could not be opened.");
 }
 
-TEST_F(GdRun, FinalCornerPointsWithLayersAndAnEmptyLine) {
-    gd_options.gridStart[0] = 10.0;
-    gd_options.gridStart[2] = -1.0;
-    set_line(&Xgdln, {3.0, 4.0, 6.0});
-    set_line(&Zgdln, {3.0, 4.0, 6.0});
-    double before[] = {0.5, 1.5}, after[] = {2.0};
-    BefBdyLyrGds[0] = LayerGrids{0, nullptr, 0.0, 2, before};
-    AftBdyLyrGds[0] = LayerGrids{0, nullptr, 0.0, 1, after};
-    BefBdyLyrGds[1] = BefBdyLyrGds[2] = AftBdyLyrGds[1] = AftBdyLyrGds[2] = LayerGrids{};
-    double t[3];
-    int16_t shift[3];
-    set_final_gdpts(t, shift);
-    // X: 10, 10, 10.5, 12 | line 3, 4, 6 moved by 12 - 3 = 9 | 15 + 2 = 17, 17 again.
-    EXPECT_EQ(std::vector<double>(finalgdpts[0], finalgdpts[0] + Nfinalgdpts[0]),
-              (std::vector<double>{10, 10, 10.5, 12, 13, 15, 17, 17}));
-    // Y has no points: two zero-width cells at the start, and no translation.
-    EXPECT_EQ(Nfinalgdpts[1], 2);
-    EXPECT_EQ(std::vector<double>(finalgdpts[2], finalgdpts[2] + Nfinalgdpts[2]),
-              (std::vector<double>{-1, -1, 0, 2, 2}));
-    EXPECT_EQ((std::vector<double>{t[0], t[1], t[2]}), (std::vector<double>{9, 0, -4}));
-    EXPECT_EQ((std::vector<int>{shift[0], shift[1]}), (std::vector<int>{3, 1}));
-}
-
 }  // namespace

@@ -138,7 +138,9 @@ TEST(GridGenRun, MissingOrEmptyProjectAndUnreadableRotorStillFinish) {
         EXPECT_NE(run.Log(".out").find("\nGrid Lines - almost just after reading in the spec\n"),
                   std::string::npos);
         EXPECT_EQ(run.Log(".err"), "");
-        EXPECT_TRUE(PathExists(run / "SolverGdInp.dat"));
+        // No grid lines: each axis is the start twice, one cell of width 0.
+        EXPECT_EQ(run.Read("SolverGdInp.dat"), SolverFile({{0, 0}, {0, 0}, {0, 0}}));
+        EXPECT_EQ(run.Read("Lcl2Gbl.dat"), "0.000000 0.000000 0.000000 \n");
         EXPECT_FALSE(PathExists(run / "temp.SlvrRot"));
         EXPECT_FALSE(PathExists(run / "temp.Grid"));
     }
