@@ -22,11 +22,14 @@ TEST(FEL_translated_mesh, MovesCoordinatesBoxesLocateAndZones) {
     FEL_vector3<float> p, corners[8], min, max;
     ASSERT_EQ(mesh->coordinates_at_cell(FEL_cell(FEL_CELL_HEXAHEDRON, 0, 0, 0), corners), 1);
     EXPECT_EQ(corners[6], FEL_vector3<float>(10, 21, 31));
+    ASSERT_EQ(mesh->coordinates_at_vertex_cell(FEL_vertex_cell(1, 0, 1), &p), 1);
+    EXPECT_EQ(p, FEL_vector3<float>(11, 20, 31));
     EXPECT_EQ(mesh->coordinates_at_vertex_cell(FEL_vertex_cell(2, 0, 0), &p), 0);
     ASSERT_EQ(mesh->coordinates_at_structured_pos(FEL_structured_pos(0.5f, 0.5f, 0.5f), &p), 1);
     EXPECT_EQ(p, FEL_vector3<float>(10.5f, 20.5f, 30.5f));
     FEL_cell cell;
     ASSERT_EQ(mesh->locate(FEL_phys_pos(10.5f, 20.5f, 30.5f), &cell), 1);
+    EXPECT_EQ(cell, FEL_cell(FEL_CELL_HEXAHEDRON, 0, 0, 0));
     EXPECT_EQ(mesh->locate(FEL_phys_pos(0.5f, 0.5f, 0.5f), &cell), 0);
     FEL_vertex_cell nearest;
     ASSERT_EQ(mesh->locate_close_vertex_cell(FEL_phys_pos(11, 21, 30), &nearest), 1);

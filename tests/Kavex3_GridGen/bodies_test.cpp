@@ -47,7 +47,7 @@ TEST_F(BodiesTest, CutBodiesGetTheirBoxOnEveryAxis) {
     const BodyCut* cuts = allBdys[0].cuts;
     ASSERT_EQ(allBdys[0].nCuts, 2);
     EXPECT_EQ(cuts[0].posn, 5.0);
-    EXPECT_EQ(cuts[0].pts[2][0] + cuts[0].pts[2][1], -3.0 + 0.5);
+    EXPECT_EQ(std::make_pair(cuts[0].pts[2][0], cuts[0].pts[2][1]), std::make_pair(-3.0, 0.5));
     EXPECT_EQ((std::vector<int>{cuts[0].minQ1, cuts[0].maxQ1, cuts[0].minQ2, cuts[0].maxQ2,
                                 cuts[1].minQ1, cuts[1].maxQ1, cuts[1].minQ2, cuts[1].maxQ2}),
               (std::vector<int>{2, 0, 0, 1, 0, 1, 2, 0}));
@@ -59,7 +59,8 @@ TEST_F(BodiesTest, CutBodiesGetTheirBoxOnEveryAxis) {
     // Without a points file a cut body has no cuts and keeps its unset box.
     EXPECT_EQ(allBdys[4].nCuts + allBdys[5].nCuts, 0);
     EXPECT_EQ(box(allBdys[4]), kUnset);
-    EXPECT_EQ(allBdys[4].fullSpanUsedInSolver * 10 + allBdys[5].fullSpanUsedInSolver, 10);
+    EXPECT_EQ(std::make_pair(allBdys[4].fullSpanUsedInSolver, allBdys[5].fullSpanUsedInSolver),
+              std::make_pair(1, 0));
 }
 
 TEST_F(BodiesTest, RotorAndCuboidBoxesFollowTheirScaleRules) {
@@ -99,13 +100,13 @@ TEST_F(BodiesTest, RotorAndCuboidBoxesFollowTheirScaleRules) {
 
 TEST_F(BodiesTest, TableGrowsByTenAndFindsNamesExactly) {
     for (int i = 0; i < 11; ++i) add_body(i == 3 || i == 7 ? "Wing" : "Other", 10);
-    EXPECT_EQ(numBdys * 100 + maxBdys, 1120);
+    EXPECT_EQ(std::make_pair(numBdys, maxBdys), std::make_pair(11, 20));
     EXPECT_EQ(body_from_name("Wing", 1), &allBdys[3]);
     for (const char* name : {"Win", "", static_cast<const char*>(nullptr)})
         EXPECT_EQ(body_from_name(name, 0), nullptr);
     double lo = -7, hi = -8;
     bdy_low_high(nullptr, 0, &lo, &hi);
-    EXPECT_EQ(lo * 10 + hi, -78.0);
+    EXPECT_EQ(std::make_pair(lo, hi), std::make_pair(-7.0, -8.0));
 }
 
 TEST_F(BodiesTest, ExtentsAndTranslationCoverAllBodies) {
@@ -126,11 +127,12 @@ TEST_F(BodiesTest, ExtentsAndTranslationCoverAllBodies) {
     const double t[3] = {1, 2, 3};
     trAllBdyPts(t);
     EXPECT_EQ(allBdys[0].cuts[0].posn, 6.0);
-    EXPECT_EQ(allBdys[0].cuts[0].pts[0][0] * 10 + allBdys[0].cuts[0].pts[0][1], 30 + 2);
+    EXPECT_EQ(std::make_pair(allBdys[0].cuts[0].pts[0][0], allBdys[0].cuts[0].pts[0][1]),
+              std::make_pair(1.0 + 2, -1.0 + 3));
     EXPECT_EQ(box(allBdys[0]), (std::vector<double>{-1, -1, -3, 6, 6, 5}));
     EXPECT_EQ(r.center[2], 33.0);
     EXPECT_EQ(box(allBdys[1]), (std::vector<double>{10, 21, 32.5, 12, 23, 33.5}));
-    EXPECT_EQ(allBdys[2].bdyMin[0] * 10 + allBdys[2].bdyMax[0], 11.0);
+    EXPECT_EQ(std::make_pair(allBdys[2].bdyMin[0], allBdys[2].bdyMax[0]), std::make_pair(1.0, 1.0));
 }
 
 TEST_F(BodiesTest, RotorAndCuboidListingsAreExact) {

@@ -74,7 +74,7 @@ TEST(ClipPolygon, ShortInputsGiveNothingAndOutputGrowsByTen) {
     append_clip_point(&many.rec, 0.0, 0.0);
     EXPECT_EQ(many.rec.capacity, 20);
     clip_polygon_with_axis_aligned_line(&many.rec, 1, 5.0, 1, &grown.rec);
-    EXPECT_EQ(grown.rec.count * 100 + grown.rec.capacity, 1220);
+    EXPECT_EQ(std::make_pair(grown.rec.count, grown.rec.capacity), std::make_pair(12, 20));
     EXPECT_EQ(grown.rec.x[0], 0.1);  // the walk starts with the end of the first edge
 }
 

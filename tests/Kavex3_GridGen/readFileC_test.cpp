@@ -84,12 +84,14 @@ TEST_F(ReadFileCTest, ProjectFillsOptionsLinesAndBodies) {
     const std::string wing = write_temp_file(
         "wing.cut", "# wing\n2  2\n0.0\n -1.0  0.0\n  1.0  0.5\n3.0\n-0.5 0\n0.5 0.25\n");
     manage_gridgen_input(write_temp_file("project.spec", with_file(kProject, wing)).c_str());
-    EXPECT_EQ(gd_options.gridStart[0] + gd_options.gridStart[2], -1.5 + 2.0);
+    EXPECT_EQ((std::vector<double>(gd_options.gridStart, gd_options.gridStart + 3)),
+              (std::vector<double>{-1.5, 0.0, 2.0}));
     EXPECT_STREQ(gd_options.solverInpFile, "run/solver.inp");
     EXPECT_STREQ(gd_options.layerFile, "run/layers.lyr");
     EXPECT_EQ(OptionsDefnDone + BodyDefnsDone + XgdSpecDone + YgdSpecDone + ZgdSpecDone, 4);
     ASSERT_EQ(numBdys, 2);
-    EXPECT_EQ(allBdys[0].usedInSolver * 10 + allBdys[1].usedInSolver, 10);
+    EXPECT_EQ(std::make_pair(allBdys[0].usedInSolver, allBdys[1].usedInSolver),
+              std::make_pair(1, 0));
     const Rotor& r = *allBdys[1].rotor;
     EXPECT_EQ((std::vector<double>{r.center[0], r.center[1], r.center[2], r.radius, r.thickness}),
               (std::vector<double>{2, 4, 6, 1, 0.1}));
