@@ -28,6 +28,8 @@ TEST(FEL_axis, LocateAtNodesAndEndsAndInterpolation) {
     EXPECT_EQ(x, 2.75f);
     EXPECT_EQ(irregular.coordinates_at_structured(1.5f, &x), 1);
     EXPECT_EQ(x, 2.0f);
+    EXPECT_EQ(irregular.coordinates_at_structured(3.0f, &x), 1);
+    EXPECT_EQ(x, 7.0f);
     EXPECT_EQ(irregular.coordinates_at_structured(3.25f, &x), 0);
 }
 
@@ -44,7 +46,9 @@ TEST(FEL_regular_mesh, LocateCoordinatesAndBox) {
     mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, 1);
     ASSERT_EQ(mesh->locate(FEL_phys_pos(1.9f, 0.1f, 0.3f), &cell), 1);
     EXPECT_EQ(cell, FEL_cell(FEL_CELL_TETRAHEDRON, 1, 0, 0, 9));
-    FEL_vector3<float> min, max, p;
+    FEL_vector3<float> corners[8], min, max, p;
+    ASSERT_EQ(mesh->coordinates_at_cell(FEL_cell(FEL_CELL_HEXAHEDRON, 1, 0, 0), corners), 1);
+    EXPECT_EQ(corners[7], FEL_vector3<float>(2, 2, 3));
     ASSERT_EQ(mesh->get_bounding_box(&min, &max), 1);
     EXPECT_EQ(max, FEL_vector3<float>(2, 2, 3));
     ASSERT_EQ(mesh->coordinates_at_structured_pos(FEL_structured_pos(2.0f, 0.5f, 1.0f), &p), 1);

@@ -36,6 +36,9 @@ TEST(FEL_curvilinear_mesh, NodesByLinearNumber) {
     EXPECT_EQ(iblank, 1);
     FEL_cell located;
     EXPECT_EQ(mesh->locate(FEL_phys_pos(0, 0, 0), &located), 24);
+    FEL_vector3<float> min, max;
+    ASSERT_EQ(mesh->get_bounding_box(&min, &max), 1);
+    EXPECT_EQ(max, FEL_vector3<float>(5, 50, 500));
 }
 
 TEST(FEL_curvilinear_mesh, IblankedLayoutAndOptions) {

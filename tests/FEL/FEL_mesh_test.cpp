@@ -40,6 +40,13 @@ class counting_mesh : public FEL_curvilinear_mesh_xyz_layout {
 
 const FEL_cell hex0(FEL_CELL_HEXAHEDRON, 0, 0, 0);
 
+TEST(FEL_mesh, InterpolationTakesOnlyItsModes) {
+    FEL_pointer<FEL_mesh> mesh(new FEL_curvilinear_mesh_xyz_layout(2, 2, 2, box_nodes({1, 1, 1})));
+    EXPECT_EQ(mesh->set(FEL_INTERPOLATION, 17), 0);
+    EXPECT_EQ(mesh->set(FEL_INTERPOLATION, 64), 1);
+    EXPECT_EQ(mesh->get_interpolation(), 64);
+}
+
 TEST(FEL_mesh, BoundingBoxIsCachedForAnyTime) {
     counting_mesh* raw = new counting_mesh;
     FEL_pointer<FEL_mesh> mesh(raw);

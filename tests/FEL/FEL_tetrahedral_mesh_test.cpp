@@ -47,6 +47,10 @@ TEST(FEL_tetrahedral_mesh, SurfaceTrianglesAndSets) {
     }
     EXPECT_EQ(first_x, (std::vector<float>{1, 1, 4}));
 
+    FEL_vector3<float> min, max;
+    ASSERT_EQ(mesh->get_bounding_box(&min, &max), 1);
+    EXPECT_EQ(std::make_pair(min, max),
+              std::make_pair(FEL_vector3<float>(0, 0, 0), FEL_vector3<float>(4, 1, 2)));
     float length = 0;
     // Triangle 2: edges 1, sqrt(0 + 1 + 4) and sqrt(1 + 1 + 4).
     ASSERT_EQ(mesh->longest_edge_length_of_cell(FEL_cell(FEL_CELL_TRIANGLE, 2, 0, 0), &length), 1);
@@ -54,6 +58,9 @@ TEST(FEL_tetrahedral_mesh, SurfaceTrianglesAndSets) {
     FEL_cell cell;
     EXPECT_EQ(mesh->int_to_cell(2, 3, &cell), 0);
     ASSERT_EQ(mesh->int_to_cell(2, 1, &cell), 1);
+    int back = -1;
+    ASSERT_EQ(mesh->cell_to_int(cell, &back), 1);
+    EXPECT_EQ(back, 1);
     EXPECT_EQ(mesh->adjacent_cells(cell, &count, &cell), 24);
 }
 
@@ -74,6 +81,10 @@ TEST(FEL_tetrahedral_mesh, TetrahedraAndEmptyMeshes) {
     double volume = 0;
     ASSERT_EQ(mesh->volume_of_cell(it.cell, &volume), 1);
     EXPECT_NEAR(volume, 1.0 / 6.0, 1e-7);
+    FEL_cell edges[FEL_MAX_RELATED_CELLS];
+    int n = 0;
+    ASSERT_EQ(mesh->down_cells(it.cell, 1, &n, edges), 1);
+    EXPECT_EQ(n, 6);
     float length = 0;
     ASSERT_EQ(mesh->shortest_edge_length_of_cell(it.cell, &length), 1);
     EXPECT_EQ(length, 1.0f);

@@ -64,6 +64,13 @@ TEST(FEL_rotated_mesh, RotatesNodesAndLocatesByTheTranspose) {
     FEL_pointer<FEL_rotated_mesh> rotated(new FEL_rotated_mesh(unit_cube(), scale));
     ASSERT_EQ(rotated->coordinates_at_vertex_cell(FEL_vertex_cell(1, 1, 1), &p), 1);
     EXPECT_EQ(p, FEL_vector3<float>(2, 2, 2));
+    // As the driver composes them: M p + t.
+    FEL_pointer<FEL_mesh> moved(new FEL_translated_mesh(rotated, FEL_vector3<float>(1, 0, -1)));
+    ASSERT_EQ(moved->coordinates_at_vertex_cell(FEL_vertex_cell(1, 1, 1), &p), 1);
+    EXPECT_EQ(p, FEL_vector3<float>(3, 2, 1));
+    ASSERT_EQ(moved->get_bounding_box(&min, &max), 1);
+    EXPECT_EQ(std::make_pair(min, max),
+              std::make_pair(FEL_vector3<float>(1, 0, -1), FEL_vector3<float>(3, 2, 1)));
     EXPECT_EQ(rotated->locate(FEL_phys_pos(1.8f, 1.8f, 1.8f), &cell), 0);
     EXPECT_EQ(rotated->locate(FEL_phys_pos(0.2f, 0.2f, 0.2f), &cell), 1);
     // Only a rotation is taken as one, though a scale is stored all the same.
