@@ -28,6 +28,7 @@ TEST(FEL_cell, StreamForms) {
     EXPECT_THROW(out << bad, FEL_exception);
     EXPECT_EQ(text(FEL_time()), "<undefined>");
     EXPECT_EQ(text(FEL_phys_pos(1.0f, 2.0f, 3.0f, FEL_time::from_float(0.5f))), "(1, 2, 3, 0.5)");
+    EXPECT_EQ(text(FEL_structured_pos(1.5f, 2.0f, 3.0f)), "(1.5, 2, 3)");
     FEL_structured_pos zoned(1.5f, 2.0f, 3.0f, 2);
     zoned.time = FEL_time::from_step(4);
     EXPECT_EQ(text(zoned), "(1.5, 2, 3, 4 (zone 2))");
