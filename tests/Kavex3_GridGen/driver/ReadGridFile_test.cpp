@@ -1,0 +1,224 @@
+// Tests of the driver's pass over a .Grid project and of the "temp.Grid" it writes.
+#include "driver/ReadGridFile.h"
+
+#include <gtest/gtest.h>
+
+#include "FEL_exception.h"
+#include "ScratchDir.h"
+#include "driver/DriverGlobals.h"
+
+namespace {
+
+struct ReadResult {
+    bool blnFailed;
+    std::string strTempGrid;
+    std::string strSolverInput;
+    FEL_vector3<float> conversionFactor;
+    std::vector<_BodyStruct> bodies;
+};
+
+// Writes the project text, runs ReadGridFile with run directory runDir, returns all it produced.
+ReadResult ReadProject(const std::string& projectText, const std::string& runDir = "/run/dir") {
+    ScratchDir dir;
+    WriteWholeFile(dir / "p.Grid", projectText);
+    g_strTempDir = runDir;
+    ReadResult result{false, "", "<unset>", {1.0f, 1.0f, 1.0f}, {}};
+    std::ofstream tempGrid(dir / "temp.Grid");
+    result.blnFailed = ReadGridFile(dir / "p.Grid", result.strSolverInput, tempGrid,
+                                    result.conversionFactor, result.bodies);
+    tempGrid.close();
+    result.strTempGrid = ReadWholeFile(dir / "temp.Grid");
+    return result;
+}
+
+const std::string kTypeX = "                            type: XcutPlanes";  // 28 blanks
+const std::string kPoints = "                     Points File: ";           // 21 blanks
+
+}  // namespace
+
+// A body record with the given type and points lines, as the project writes it.
+std::string Body(const std::string& name, const std::string& typeLine,
+                 const std::string& pointsLine, const std::string& used) {
+    return "    New Body\n                          name: " + name + "\n" + typeLine + "\n" +
+           pointsLine + "\n                used in solver: " + used + "\n    #\n";
+}
+
+TEST(ReadGridFile, RewritesCutStlAndPlot3DBodiesByteForByte) {
+    const std::string options =
+        "Start Options\n    Grid Start Point: (0.0,0.0,0.0)\n"
+        "    Conversion Factor: (2.0, 3.0, 4.0)\n    Debug Level: 1\n"
+        "    Solver Input File: C:\\runs\\SolverGdInp.dat\n    Layer File: layers.dat\n"
+        "End Options\nStart Body Definitions\n";
+    const std::string rest =
+        "End Body Definitions\nBody X-GridSpec\n    New GridSpec\n        in: Plate\n"
+        "        number of Grids: 4\n    #\nEnd X-Grid Spec\n";
+    const std::string type = "                          type: ";    // 26 blanks
+    const std::string points = "                   Points File: ";  // 19 blanks
+    const std::string project =
+        options + Body("Plate", type + "XcutPlanes", points + "plate.cut", "True") +
+        Body("Hull", type + "STL", points + "/data/hull.stl", "False") +
+        Body("Wing", type + "Plot3D", points + "C:\\models\\wing.p3d", "True") +
+        Body("Fin", type + "ZcutPlanes", points + "fin.cut", "yes, True") + rest;
+    // Every body becomes an X cut body in the run directory; an X one keeps its type line.
+    const std::string expected =
+        options + Body("Plate", type + "XcutPlanes", kPoints + "/run/dir/1-x.cut", "True") +
+        Body("Hull", kTypeX, kPoints + "/run/dir/2-x.cut", "False") +
+        Body("Wing", kTypeX, kPoints + "/run/dir/3-x.cut", "True") +
+        Body("Fin", kTypeX, kPoints + "/run/dir/4-x.cut", "yes, True") + rest;
+    g_vecstrTempFiles = {"earlier"};
+    g_blnDebug = false;
+    const ReadResult r = ReadProject(project, "/run/dir/");
+    EXPECT_FALSE(r.blnFailed);
+    EXPECT_EQ(r.strTempGrid, expected);
+    EXPECT_EQ(r.strSolverInput, "C:\\runs\\SolverGdInp.dat");
+    EXPECT_EQ(r.conversionFactor, FEL_vector3<float>(2.0f, 3.0f, 4.0f));
+    EXPECT_TRUE(g_blnDebug);
+
+    ASSERT_EQ(r.bodies.size(), 4u);
+    const BodyType kinds[] = {BODY_XCUT, BODY_STL, BODY_PLOT3D, BODY_ZCUT};
+    const char* files[] = {"plate.cut", "/data/hull.stl", "C:\\models\\wing.p3d", "fin.cut"};
+    const bool used[] = {true, false, true, true};
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(r.bodies[i].eBodyType, kinds[i]) << i;
+        EXPECT_EQ(r.bodies[i].strPointsFile, files[i]) << i;
+        EXPECT_EQ(r.bodies[i].strCutFile, "/run/dir/" + std::to_string(i + 1) + "-x.cut") << i;
+        EXPECT_EQ(r.bodies[i].blnUsedInSolver, used[i]) << i;
+    }
+    EXPECT_EQ(g_vecstrTempFiles,
+              (std::vector<std::string>{"earlier", "/run/dir/1-x.cut", "/run/dir/2-x.cut",
+                                        "/run/dir/3-x.cut", "/run/dir/4-x.cut"}));
+}
+
+TEST(ReadGridFile, MissingProjectGivesNoBodies) {
+    ScratchDir dir;
+    std::ofstream tempGrid(dir / "temp.Grid");
+    std::string solver = "unchanged";
+    FEL_vector3<float> factor(1.0f, 1.0f, 1.0f);
+    std::vector<_BodyStruct> bodies(2);
+    EXPECT_FALSE(ReadGridFile(dir / "missing.Grid", solver, tempGrid, factor, bodies));
+    tempGrid.close();
+    EXPECT_TRUE(bodies.empty());
+    EXPECT_EQ(solver, "unchanged");
+    EXPECT_EQ(ReadWholeFile(dir / "temp.Grid"), "");
+}
+
+TEST(ReadGridFile, BodyCutShortStopsReadingSilently) {
+    // No "Points File: " behind the type line: no body, and that line isn't written.
+    ReadResult r = ReadProject("a\n  type: STL\n  Points File:x\nafter\n");
+    EXPECT_FALSE(r.blnFailed);
+    EXPECT_TRUE(r.bodies.empty());
+    EXPECT_EQ(r.strTempGrid, "a\n" + kTypeX + "\n");
+
+    // No "used in solver:" line: the body stands, the reading stops after its points line.
+    r = ReadProject("  type: YcutPlanes\n  Points File: y.cut\n  used: True\nafter\n", "/r");
+    EXPECT_FALSE(r.blnFailed);
+    ASSERT_EQ(r.bodies.size(), 1u);
+    EXPECT_EQ(r.bodies[0].eBodyType, BODY_YCUT);
+    EXPECT_EQ(r.bodies[0].strPointsFile, "y.cut");
+    EXPECT_EQ(r.strTempGrid, kTypeX + "\n" + kPoints + "/r/1-x.cut\n");
+
+    // The type line is the file's last line.
+    r = ReadProject("x\n type: XcutPlanes");
+    EXPECT_TRUE(r.bodies.empty());
+    EXPECT_EQ(r.strTempGrid, "x\n type: XcutPlanes\n");
+}
+
+TEST(ReadGridFile, UnknownTypeWordsPassUnchangedAndNumberNoBody) {
+    const ReadResult r = ReadProject(
+        "  type: X-Plane Rotor\n  Points File: rotor.dat\n  used in solver: True\n"
+        "  type: STL\n  Points File: b.stl\n  used in solver: False\n",
+        "run");
+    ASSERT_EQ(r.bodies.size(), 1u);
+    EXPECT_EQ(r.bodies[0].strCutFile, "run/1-x.cut");
+    EXPECT_EQ(r.strTempGrid,
+              "  type: X-Plane Rotor\n  Points File: rotor.dat\n  used in solver: True\n" + kTypeX +
+                  "\n" + kPoints + "run/1-x.cut\n  used in solver: False\n");
+}
+
+TEST(ReadGridFile, DebugLevelConversionFactorAndSolverInputLines) {
+    // Debug is on only without any zero in the level; the last such line decides.
+    const std::pair<const char*, bool> levels[] = {{"Debug Level: 10\n", false},
+                                                   {"Debug Level: 2\n", true},
+                                                   {"Debug Level: 0\n  Debug Level: 3\n", true}};
+    for (const auto& [text, on] : levels) {
+        g_blnDebug = !on;
+        ReadProject(text);
+        EXPECT_EQ(g_blnDebug, on) << text;
+    }
+    // The last line decides; components that don't scan keep their previous values; a line
+    // without "(" scans nothing.
+    const std::pair<const char*, FEL_vector3<float>> factors[] = {
+        {"Conversion Factor: (2.0, 3.0, 4.0)\nConversion Factor: (5.5, 6.5, 7.5)\n",
+         {5.5f, 6.5f, 7.5f}},
+        {"Conversion Factor: (2.0, 3.0, 4.0)\nConversion Factor: (8.0, x, 9.0)\n",
+         {8.0f, 3.0f, 4.0f}},
+        {"Conversion Factor: 2.0, 3.0, 4.0\n", {1.0f, 1.0f, 1.0f}}};
+    for (const auto& [text, factor] : factors) {
+        const ReadResult r = ReadProject(text);
+        EXPECT_EQ(r.conversionFactor, factor) << text;
+        EXPECT_EQ(r.strTempGrid, text);
+    }
+    const std::pair<const char*, const char*> solvers[] = {
+        {"  Solver Input File: a.dat\nSolver Input File: D:\\b.dat\n", "D:\\b.dat"},
+        {"Solver Input File:\n", ""},
+        {"Solver Input File: \n", ""}};
+    for (const auto& [text, name] : solvers) EXPECT_EQ(ReadProject(text).strSolverInput, name);
+}
+
+TEST(ReadBodies, ReadsSurfaceBodiesAndLeavesCutBodiesWithoutMeshes) {
+    const std::string data = KAVEX_SHARED_DATA;
+    std::vector<_BodyStruct> bodies(4);
+    bodies[0].eBodyType = BODY_XCUT;
+    bodies[0].strPointsFile = "no-such-plate.cut";  // never opened
+    bodies[1].eBodyType = BODY_STL;
+    bodies[1].strPointsFile = data + "/stl/unit_cube.STL";  // binary, 12 facets
+    bodies[2].eBodyType = BODY_PLOT3D;
+    bodies[2].strPointsFile = data + "/plot3d/multi-ascii.xyz";  // text, 2 zones of 8 x 12 x 12
+    bodies[3].eBodyType = BODY_ZCUT;
+    bodies[3].strPointsFile = "no-such-fin.cut";
+    ReadBodies(bodies);
+
+    EXPECT_TRUE(bodies[0].pMesh.null());
+    EXPECT_TRUE(bodies[3].pMesh.null());
+    ASSERT_FALSE(bodies[1].pMesh.null());
+    EXPECT_TRUE(bodies[1].pMesh->is_unstructured_mesh());
+    EXPECT_EQ(bodies[1].pMesh->card(0), 8);  // the cube's corners, shared by the facets
+    EXPECT_EQ(bodies[1].pMesh->card(2), 12);
+    ASSERT_FALSE(bodies[2].pMesh.null());
+    EXPECT_EQ(bodies[2].pMesh->get_n_zones(), 2);
+    EXPECT_EQ(bodies[2].pMesh->card(0), 2 * 8 * 12 * 12);
+}
+
+TEST(ReadBodies, StlOrP3dAnywhereInThePathSelectsTheUnstructuredTextTry) {
+    // One triangle as text unstructured Plot3D: 3 nodes, 1 triangle, 0 tetrahedra, the x, y and z
+    // planes, the triangle's nodes and its zone:
+    //   (0,1) 3
+    //         | ' .
+    //         1-----2 (1,0)      in the plane z = 0
+    // The form feeds are white space to the text reader but make the file look binary to format
+    // detection, so it reads only when the name asks for the unstructured text try first.
+    const std::string triangle = "3\f1\f0\n0 1 0\n0 0 1\n0 0 0\n1 2 3\n1\n";
+    ScratchDir dir;
+    for (const char* sub : {"wing.stl.d", "wing_stl", "WING.STL", "p3d"})
+        boost::filesystem::create_directory(dir / sub);
+    const std::pair<std::string, bool> rows[] = {
+        {"wing.stl.d/tri.dat", true}, {"p3d/tri.p3d", true},   {"p3d/tri.stl.old", true},
+        {"wing_stl/tri.dat", false},  {"WING.STL/tri", false}, {"p3d/tri.P3D", false},
+        {"p3d/tri.dat", false}};
+    for (const auto& [name, readable] : rows) {
+        WriteWholeFile(dir / name, triangle);
+        std::vector<_BodyStruct> bodies(1);
+        bodies[0].eBodyType = readable ? BODY_PLOT3D : BODY_STL;
+        bodies[0].strPointsFile = dir / name;
+        if (!readable) {
+            EXPECT_THROW(ReadBodies(bodies), FEL_exception) << name;
+            continue;
+        }
+        ReadBodies(bodies);
+        ASSERT_FALSE(bodies[0].pMesh.null()) << name;
+        EXPECT_TRUE(bodies[0].pMesh->is_unstructured_mesh()) << name;
+        EXPECT_EQ(std::make_pair(bodies[0].pMesh->card(0), bodies[0].pMesh->card(2)),
+                  std::make_pair(3, 1))
+            << name;
+    }
+}

@@ -1,0 +1,84 @@
+// Tests of the body-cell store: appending, shifting, boundary blocking and the two listings.
+#include "generator/bodycells.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "gdtest_util.h"
+
+namespace {
+
+using BodyCellStore = GenTest;
+
+TEST_F(BodyCellStore, ZeroWidthCellsBehindOneBodyCellFillTheCorner) {
+    // N = 6 points per axis: cells 0 .. 4, the zero-width boundary cells are 0 and 4, the
+    // outermost real cells 1 and 3. A body in the real corner cell (1, 1, 1) blocks, pass by
+    // pass, the three faces, three edges and the corner behind it.
+    mark_body_cell(0, 1, 1, 1, 2, 1);
+    mark_body_blocking_zero_width_cells(6, 6, 6);
+    EXPECT_EQ(marked_cells(), (Cells{{1, 1, 1},
+                                     {0, 1, 1},
+                                     {1, 0, 1},
+                                     {0, 0, 1},
+                                     {1, 1, 0},
+                                     {0, 1, 0},
+                                     {1, 0, 0},
+                                     {0, 0, 0}}));
+}
+
+TEST_F(BodyCellStore, ZeroWidthCellsOnBothSidesAndOnlyNextToTheBoundary) {
+    // NI = 4: the only real X cell is 1 = NI-3, so a cell there adds both (0, J, K) and (2, J, K).
+    // (1, 5, 7): J = 5 and K = 7 are inner cells (NJ = 10, NK = 12) and add nothing.
+    // (1, 7, 1): J = 7 = NJ-3 adds J = 8; K = 1 adds K = 0 to every cell with K = 1.
+    mark_body_cell(0, 1, 1, 5, 2, 7);
+    mark_body_cell(0, 1, 1, 7, 2, 1);
+    mark_body_blocking_zero_width_cells(4, 10, 12);
+    EXPECT_EQ(marked_cells(), (Cells{{1, 5, 7},
+                                     {1, 7, 1},
+                                     {0, 5, 7},
+                                     {2, 5, 7},
+                                     {0, 7, 1},
+                                     {2, 7, 1},
+                                     {1, 8, 1},
+                                     {0, 8, 1},
+                                     {2, 8, 1},
+                                     {1, 7, 0},
+                                     {0, 7, 0},
+                                     {2, 7, 0},
+                                     {1, 8, 0},
+                                     {0, 8, 0},
+                                     {2, 8, 0}}));
+}
+
+TEST_F(BodyCellStore, DebugListsAreShiftedAndAboveLevelNineEachMarkedCell) {
+    mark_body_cell(0, 0, 1, 1, 2, 2);
+    mark_body_cell(0, 9, 1, 10, 2, 11);
+    EXPECT_EQ(stream_text([](FILE* s) { dbgpr_body_cells(s, 1, 2, 3, "Cells"); }),
+              "\nCells\nNum. of Body Cells: 2\n[1, 3, 5]\n[10, 12, 14]\n");
+    gd_options.debugLevel = 10;
+    const std::string text = stream_text([](FILE* s) {
+        gd_options.debugStream = s;
+        mark_body_cell(1, 4, 2, 5, 0, 6);
+    });
+    EXPECT_EQ(text, "[6, 4, 5]\n");
+}
+
+TEST_F(BodyCellStore, LongListsGrowAreWrittenWholeAndShift) {
+    // Enough cells to grow the store twice and lines to pass through the writer's buffer several
+    // times; expected text by printf.
+    std::string expected =
+        "#\n# Num. of Body Cells:\n3000\n# Body Cells ({I-index, J-index, "
+        "K-index} of the cells)\n";
+    for (int c = 0; c < 3000; ++c) {
+        mark_body_cell(0, c * 10, 1, 32767 - c, 2, c % 3);
+        expected += std::to_string(c * 10 + 1) + ", " + std::to_string(32768 - c) + ", " +
+                    std::to_string(c % 3 + 1) + "\n";
+    }
+    EXPECT_EQ(stream_text(wr_bodyblocks_input_for_solver), expected);
+    const int16_t shift[3] = {1, -2, 300};
+    translate_body_cells(shift);
+    EXPECT_EQ(marked_cells()[2999], (std::array<int, 3>{29991, 29766, 302}));
+}
+
+}  // namespace

@@ -1,0 +1,51 @@
+// Tests of the layer file reader, the width chains and the layer dump.
+#include "generator/layer.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "gdtest_util.h"
+
+namespace {
+
+FILE* text_stream(const std::string& text) {
+    FILE* f = std::tmpfile();
+    std::fputs(text.c_str(), f);
+    std::rewind(f);
+    return f;
+}
+
+using Layers = GenTest;
+
+TEST_F(Layers, DumpOfAConnectedChain) {
+    FILE* f = text_stream("2  1 1 3 -2 1  2 1 4 2 1");
+    LayerGrids rec{};
+    rec.layers = read_layer_spec(f, &rec);
+    std::fclose(f);
+    gen_connected_layers_cellwidths(&rec);
+    // Chain: 1, 1 | 1, 1 over 3 + 4 = 7: four widths of 1.75.
+    EXPECT_EQ(stream_text([&](FILE* out) { wr_layer_info(out, &rec, "X-Layer Before Body"); }),
+              "\n\nX-Layer Before Body\n\nLayer Starting Position:            0\n"
+              "\nNumber of Layers: 2\n"
+              "          Length      GPratio Num-Cells Nxt-Cnctd\n"
+              "  1            3            1         2         T\n"
+              "  2            4            1         2         F\n"
+              "\nNumber of Cell Widths: 4\n"
+              "      CellWidths\n"
+              "  1         1.75\n  2         1.75\n  3         1.75\n  4         1.75\n");
+}
+
+TEST_F(Layers, BadListsEndTheProcess) {
+    FILE* f = text_stream("0 0 -1");
+    EXPECT_EXIT(rd_gen_layer_gds(f), ::testing::ExitedWithCode(1),
+                "Error: number layers can not be negative");
+    std::rewind(f);
+    EXPECT_EXIT(rd_gen_layer_gds(text_stream("0 0 0 1\n1 2 3 4\n")), ::testing::ExitedWithCode(1),
+                "Error: unexpected end-of-file or error in reading layers");
+    EXPECT_EXIT(rd_gen_layer_gds(text_stream("0 0 0 0 0")), ::testing::ExitedWithCode(1),
+                "Error: unexpected end-of-file or error in reading layers");
+    std::fclose(f);
+}
+
+}  // namespace

@@ -1,0 +1,307 @@
+// Tests of the generator's specification reader, its grid specs and its debug dump.
+#include "generator/readFileC.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "gdtest_util.h"
+#include "generator/readFileC_dbg.h"
+
+namespace {
+
+using ReadFileCTest = GenTest;
+
+// The specs' fields in a row: from, to, nGds, ratio, FxdFrom, FxdTo.
+std::vector<double> spec_fields(const BdyGdspc* s, int n) {
+    std::vector<double> v;
+    for (int i = 0; i < n; ++i)
+        v.insert(v.end(), {s[i].from, s[i].to, s[i].nGds, s[i].gp_ratio, double(s[i].FxdFrom),
+                           double(s[i].FxdTo)});
+    return v;
+}
+
+// Replaces the first "@FILE@" of text by path.
+std::string with_file(std::string text, const std::string& path) {
+    return text.replace(text.find("@FILE@"), 6, path);
+}
+
+// What a run's project rarely holds: a conversion factor, "in:" specs, grid lines off at an end,
+// a reversed graded spec, rotor keys and specs without grids. The wing is two X planes of two
+// (Y, Z) points, scaled by 2 to X [0, 6], Y [-2, 2], Z [0, 1]; the rotor's centre (2, 4, 6),
+// radius 1, gives X [1, 3], Y [3, 5].
+const char* const kProject = R"(# generator specification
+Start Options
+    Grid Start Point: (-1.5,0.0,2.0)
+    Conversion Factor: (2.0,2.0,2.0)
+    Debug Level: 0
+    Solver Input File: run/solver.inp
+    Layer File: run/layers.lyr
+End Options
+Start Body Definitions
+    New Body
+        name: Wing
+        type: XcutPlanes
+        Points File: @FILE@
+    #
+    New Body
+        name: Rotor1
+        type: Z-Plane Rotor
+        center: (1.0,2.0,3.0)
+        radius: 0.5
+        half thickness: 0.1
+        Is Absolute Thickness: False
+        used in solver: False
+    #
+End Body Definitions
+Body X-GridSpec
+    New GridSpec
+        in: Wing
+        number of Grids: 10
+    #
+    New GridSpec
+        from: Wing L1.0
+        to: Wing L0.5
+        number of Grids: 4
+        GP Ratio: -1.2
+        Grid Line On From: False
+    #
+    New GridSpec
+        in: Rotor1
+    #
+End X-Grid Spec
+Body Y-GridSpec
+    New GridSpec
+        in: Rotor1
+        number of Grids: 0
+        Grid Line On From: Yes, True
+        Grid Line On To: False
+    #
+End Y-Grid Spec
+)";
+
+TEST_F(ReadFileCTest, ProjectFillsOptionsLinesAndBodies) {
+    const std::string wing = write_temp_file(
+        "wing.cut", "# wing\n2  2\n0.0\n -1.0  0.0\n  1.0  0.5\n3.0\n-0.5 0\n0.5 0.25\n");
+    manage_gridgen_input(write_temp_file("project.spec", with_file(kProject, wing)).c_str());
+    EXPECT_EQ((std::vector<double>(gd_options.gridStart, gd_options.gridStart + 3)),
+              (std::vector<double>{-1.5, 0.0, 2.0}));
+    EXPECT_STREQ(gd_options.solverInpFile, "run/solver.inp");
+    EXPECT_STREQ(gd_options.layerFile, "run/layers.lyr");
+    EXPECT_EQ(OptionsDefnDone + BodyDefnsDone + XgdSpecDone + YgdSpecDone + ZgdSpecDone, 4);
+    ASSERT_EQ(numBdys, 2);
+    EXPECT_EQ(std::make_pair(allBdys[0].usedInSolver, allBdys[1].usedInSolver),
+              std::make_pair(1, 0));
+    const Rotor& r = *allBdys[1].rotor;
+    EXPECT_EQ((std::vector<double>{r.center[0], r.center[1], r.center[2], r.radius, r.thickness}),
+              (std::vector<double>{2, 4, 6, 1, 0.1}));
+    // X: the reversed spec (6 to 3) is swapped, its ratio inverted exactly, its flags kept; the
+    // spec without grids leaves the rotor's X ends 1 and 3 as forced points. Y: only the From end
+    // of the empty spec is forced.
+    EXPECT_EQ(Xgdln.gdspcs[1].gp_ratio, 1.0 / (-1.0 / -1.2));
+    EXPECT_EQ(stream_text([](FILE* f) { dbgpr_gridLines_info2(f, "Lines"); }),
+              "\nLines\n\nGrid Line Type: X Line\n"
+              "All Bodies X Minimum: 0.000000\nAll Bodies X Maximum: 6.000000\n"
+              "\nNo. of Grid Specs: 2\n"
+              "\nFrom: 0.000000\nTo: 6.000000\nNum. Grids: 10.000000\nGP Ratio: 1.000000\n"
+              "From Line Fxd: True\nTo Line Fxd: True\n"
+              "\nFrom: 3.000000\nTo: 6.000000\nNum. Grids: 4.000000\nGP Ratio: 1.200000\n"
+              "From Line Fxd: False\nTo Line Fxd: True\n"
+              "\nNumber of Forced Grid Points: 2\nForced Grid Points: 1.000000, 3.000000\n"
+              "\nGrid Line Type: Y Line\n"
+              "All Bodies Y Minimum: -2.000000\nAll Bodies Y Maximum: 5.000000\n"
+              "\nNo. of Grid Specs: 0\n"
+              "\nNumber of Forced Grid Points: 1\nForced Grid Points: 3.000000\n"
+              "\nGrid Line Type: Z Line\n"
+              "All Bodies Z Minimum: 0.000000\nAll Bodies Z Maximum: 6.100000\n"
+              "\nNo. of Grid Specs: 0\n"
+              "\nNumber of Forced Grid Points: 0\nForced Grid Points: \n");
+}
+
+TEST_F(ReadFileCTest, DerivedOptionsTakePreferredNamesAndDebugFile) {
+    gd_options.debugLevel = 1;  // a debug file is opened only for debug output
+    pref_options.layerFile = strdup("pref.lyr");
+    pref_options.solverInpFile = strdup("pref.inp");
+    gd_options.layerFile = strdup("own.lyr");
+    gd_options.debugFile = strdup(write_temp_file("debug.out", "").c_str());
+    set_derived_options2();
+    EXPECT_STREQ(gd_options.layerFile, "pref.lyr");
+    EXPECT_STREQ(gd_options.solverInpFile, "pref.inp");
+    ASSERT_NE(gd_options.debugStream, stdout);
+    std::fclose(gd_options.debugStream);
+
+    reset_generator_records(1);
+    gd_options.solverInpFile = strdup("");
+    gd_options.debugFile = strdup("/nonexistent-dir/debug.out");
+    testing::internal::CaptureStderr();
+    set_derived_options2();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "using stdout - fopen: No such file or directory\n");
+    EXPECT_EQ(gd_options.debugStream, stdout);
+    EXPECT_STREQ(gd_options.solverInpFile, "SolverGdInp.dat");
+}
+
+// Body "Box" spans X [-1, 3], Y [2, 6], Z [10, 20]; rotor "Hub" has its centre off its box middle.
+TEST_F(ReadFileCTest, PositionsRelativeToBodies) {
+    Body* box = new_body_struct();
+    box->name = strdup("Box");
+    const double lo[3] = {-1, 2, 10}, hi[3] = {3, 6, 20};
+    for (int a = 0; a < 3; ++a) box->bdyMin[a] = lo[a], box->bdyMax[a] = hi[a];
+    Rotor hubRotor{{7, 8, 9}, 1, 0.1, 0, 0.009};
+    Body* hub = new_body_struct();
+    hub->name = strdup("Hub");
+    hub->type = 5;
+    hub->rotor = &hubRotor;
+    for (int a = 0; a < 3; ++a) hub->bdyMin[a] = 0, hub->bdyMax[a] = 10;
+    box = &allBdys[0];
+    // Length code 0 is the middle (a rotor's centre), 1 the maximum, 2 the minimum plus the
+    // fraction of the length, any other the middle plus it; an unknown or empty name is unset.
+    const struct {
+        const char* name;
+        int code;
+        double fraction;
+        int axis;
+        double expected;
+    } rows[] = {{"Box", 2, 0.25, 0, -1.0 + 4.0 * 0.25},
+                {"Box", 1, DBL_MAX, 1, 6.0},
+                {"Box", 0, DBL_MAX, 2, 15.0},
+                {"Box", 7, -0.5, 2, 15.0 - 10.0 * 0.5},
+                {"Hub", 0, DBL_MAX, 1, 8.0},
+                {"Nobody", 2, 0.0, 0, DBL_MAX},
+                {"", 2, 0.0, 0, DBL_MAX}};
+    for (const auto& row : rows) {
+        const BodyLengthPosn posn{const_cast<char*>(row.name), row.code, row.fraction};
+        EXPECT_EQ(
+            reltd_bdyposn_to_abs_posn(
+                &posn, std::strcmp(row.name, "Box") == 0 && row.code ? box : nullptr, row.axis),
+            row.expected)
+            << row.name << row.code;
+    }
+    allBdys[1].rotor = nullptr;  // a rotor type without its rotor takes the box middle
+    const BodyLengthPosn hubMid{const_cast<char*>("Hub"), 0, DBL_MAX};
+    EXPECT_EQ(reltd_bdyposn_to_abs_posn(&hubMid, nullptr, 1), 5.0);
+    int found = 7;  // keys are case-sensitive
+    EXPECT_STREQ(getSubstring("  From: Box L0.5", "from: ", &found), "");
+    EXPECT_EQ(found, 0);
+}
+
+// Keyword quirks: "#" inside a value, rotor keys without a rotor, unknown words, names with
+// blanks, other sections' end keywords, reversed specs, empty positions and CRLF names.
+// "Main Wing" is two X planes at 0 and 8, each a single point (0, 0). The blank behind
+// "from:" is part of the key: that position is empty.
+TEST_F(ReadFileCTest, RecordEndsAndSplitPositions) {
+    const std::string wing = write_temp_file("mainwing.cut", "2 1\n0.0\n0 0\n8.0\n0 0\n");
+    const char* const text = R"(Start Body Definitions
+New Body
+center: (9.0,9.0,9.0)
+name: Odd#1
+type: X-Plane Rotor
+New Body
+name: Main Wing
+type: XcutPlanes
+Points File: @FILE@
+#
+New Body
+name: Ball
+type: Sphere
+#
+)"
+                             "New Body\r\nname: Cr\r\n#\r\n"
+                             R"(End Body Definitions
+Body X-GridSpec
+End Y-Grid Spec
+New GridSpec
+from: Main Wing L0.25
+to: Main Wing L-0.5
+GP Ratio: 1.2
+Grid Line On To: False
+number of Grids: 2.5
+#
+New GridSpec
+to: Main Wing L0.5
+from: 
+number of Grids: 1
+Maintain Symmetry About: Nowhere
+#
+End X-Grid Spec
+Start Options
+Debug Level: 0
+End Options
+)";
+    const std::string spec = write_temp_file("quirks.spec", with_file(text, wing));
+    manage_gridgen_input(spec.c_str());
+    ASSERT_EQ(numBdys, 4);
+    EXPECT_EQ(allBdys[0].name, nullptr);
+    EXPECT_EQ(allBdys[0].type, 10);
+    EXPECT_EQ(allBdys[0].rotor, nullptr);
+    EXPECT_STREQ(allBdys[1].name, "Main Wing");
+    EXPECT_EQ(allBdys[1].bdyMax[0], 8.0);
+    EXPECT_STREQ(allBdys[2].name, "Ball");
+    EXPECT_EQ(allBdys[2].type, 10);
+    EXPECT_EQ(allBdys[2].bdyMin[0], DBL_MAX);
+    EXPECT_STREQ(allBdys[3].name, "Cr\r");
+    EXPECT_EQ(YgdSpecDone, 0);
+    EXPECT_EQ(XgdSpecDone, 1);
+    ASSERT_EQ(Xgdln.nGdspcs, 2);
+    // 2 .. -4 read reversed: ends swapped, 1.2 inverted, the cleared To flag stays on To.
+    // An empty from: leaves DBL_MAX, which the end swaps behind the set to: end.
+    EXPECT_EQ(spec_fields(Xgdln.gdspcs, 2),
+              (std::vector<double>{-4, 2, 2.5, 1.0 / 1.2, 1, 0, 4.0, DBL_MAX, 1, 1, 1, 1}));
+    EXPECT_EQ(Xgdln.hasSymm, 0);
+    EXPECT_EQ(Xgdln.symmPosn, DBL_MAX);
+}
+
+TEST_F(ReadFileCTest, ZeroGridSpecsBecomeForcedPoints) {
+    BdyGdspc specs[5] = {
+        {1, 2, 0.0, 1, 1, 1},        // both ends forced
+        {0, 9, 5.0, 1.1, 1, 1},      // kept
+        {3, 4, 1e-8, 1, 0, 1},       // nGds equal to gridTol is not above it: To only
+        {DBL_MAX, 7, 0.0, 1, 1, 1},  // unset From is not noted
+        {5, 6, 2e-8, 1, 0, 0},       // kept
+    };
+    GridLine line;
+    init_gridln(&line, 0);
+    line.gdspcs = specs;
+    line.nGdspcs = 5;
+    line.frcdGdpts = static_cast<double*>(malloc(sizeof(double)));
+    line.frcdGdpts[0] = 0.5;
+    line.nFrcdGdpts = 1;
+    rm_gdspc_with_nGds_zero_to_gen_frcd_gdpts(&line);
+    EXPECT_EQ(spec_fields(line.gdspcs, line.nGdspcs),
+              (std::vector<double>{0, 9, 5.0, 1.1, 1, 1, 5, 6, 2e-8, 1, 0, 0}));
+    EXPECT_EQ(std::vector<double>(line.frcdGdpts, line.frcdGdpts + line.nFrcdGdpts),
+              (std::vector<double>{0.5, 1, 2, 4, 7}));
+    free(line.frcdGdpts);
+}
+
+TEST_F(ReadFileCTest, SpecCollectionGrowsAndIsHandedOver) {
+    for (int i = 0; i < 23; ++i) newBdyGdspc2()->nGds = i;
+    ASSERT_EQ(getNBdyGdspcs(), 23);
+    BdyGdspc* all = getAllBdyGdspcs();
+    reset_newBdyGdspc_parms2();
+    EXPECT_EQ(getNBdyGdspcs(), 0);
+    EXPECT_EQ(all[22].nGds, 22.0);  // the handed-over records are still there
+    free(all);
+}
+
+using ReadFileCDeathTest = GenTest;
+
+TEST_F(ReadFileCDeathTest, FatalInputEndsWithStatusOne) {
+    EXPECT_EXIT(manage_gridgen_input("/nonexistent-dir/none.spec"), testing::ExitedWithCode(1),
+                "^ERROR: File not found\n$");
+    const std::string bodyless = write_temp_file(
+        "unknown.spec", "Body Z-GridSpec\nNew GridSpec\nin: Nope\n#\nEnd Z-Grid Spec\n");
+    EXPECT_EXIT(manage_gridgen_input(bodyless.c_str()), testing::ExitedWithCode(1),
+                "^\nError: Incorrect body name 'Nope'\n$");
+    // Without a blank before the L the name loses its last letter.
+    const std::string wing = write_temp_file("w.cut", "1 1\n0.0\n0 0\n");
+    const char* const text =
+        "Start Body Definitions\nNew Body\nname: Wing\ntype: XcutPlanes\nPoints File: @FILE@\n"
+        "#\nEnd Body Definitions\nBody Y-GridSpec\nNew GridSpec\nto: Wing L1\nfrom: WingL0.5\n";
+    const std::string glued = write_temp_file("glued.spec", with_file(text, wing));
+    EXPECT_EXIT(manage_gridgen_input(glued.c_str()), testing::ExitedWithCode(1),
+                "^\nError: Incorrect body name 'Win'\n$");
+}
+
+}  // namespace
