@@ -9,9 +9,6 @@
 #include <memory>
 
 #include "LinkPeer.h"
-
-using Dorva::LinkManager;
-
 namespace {
 
 // The file's status; all zeros when it doesn't exist.
@@ -22,21 +19,6 @@ struct stat StatusOf(const std::string& path) {
 }
 
 }  // namespace
-
-TEST(LinkManager, ResultTextsKeepTheirExactWording) {
-    EXPECT_EQ(LinkManager::GetResultString(LinkManager::SUCCESS), "Success");
-    EXPECT_EQ(LinkManager::GetResultString(LinkManager::ALREADY_STARTED),
-              "Manager has already  been started");
-    EXPECT_EQ(LinkManager::GetResultString(LinkManager::SHARED_MEMORY_OPEN_FAILED),
-              "Couldn't open shared memory");
-    EXPECT_EQ(LinkManager::GetResultString(LinkManager::UNALLOCATED_LINK_ID),
-              "Unallocated link ID");
-    EXPECT_EQ(LinkManager::GetResultString(LinkManager::DATA_CHANGED), "Data has changed");
-    EXPECT_EQ(LinkManager::GetResultString(LinkManager::TAKE_CONTROL_FAILED),
-              "Failed to take control of shared memory");
-    EXPECT_EQ(LinkManager::GetResultString(static_cast<LinkManager::Result>(0)), "Unknown");
-    EXPECT_EQ(LinkManager::GetResultString(static_cast<LinkManager::Result>(21)), "Unknown");
-}
 
 // Each row is one process in a fresh region: "create" prints its result and the link number.
 TEST(LinkManager, ResultCodesOfOneProcess) {
