@@ -1,0 +1,271 @@
+// Draws a slice picture into an RGB canvas and writes it through libpng.
+#include "SlicePicture.h"
+
+#include <png.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include "PixelFont.h"
+
+namespace {
+
+const int s_intMargin = 20;
+const int s_intPictureSide = 800;  // the longer side of the grid's picture, in pixels
+const int s_intGlyphScale = 2;
+const int s_intLineHeight = 9 * s_intGlyphScale;
+const int s_intLegendLines = 3;
+const int s_intMinLineGap = 4;  // grid lines closer than this to the last one drawn are dropped
+
+const unsigned char s_rgbWhite[3] = {255, 255, 255};
+const unsigned char s_rgbGridLine[3] = {185, 185, 185};
+const unsigned char s_rgbGridLineOnFill[3] = {45, 75, 135};
+const unsigned char s_rgbText[3] = {20, 20, 20};
+
+const char* const s_szAxis = "XYZ";
+const char* const s_szIndex = "IJK";
+
+class Canvas {
+  public:
+    Canvas(int w, int h) : m_w(w), m_h(h), m_vecRgb(static_cast<size_t>(w) * h * 3, 255) {}
+    int Width() const { return m_w; }
+    int Height() const { return m_h; }
+    unsigned char* At(int x, int y) { return &m_vecRgb[(static_cast<size_t>(y) * m_w + x) * 3]; }
+    void Set(int x, int y, const unsigned char* rgb) {
+        if (x >= 0 && y >= 0 && x < m_w && y < m_h) std::copy(rgb, rgb + 3, At(x, y));
+    }
+    bool Is(int x, int y, const unsigned char* rgb) {
+        return x >= 0 && y >= 0 && x < m_w && y < m_h && std::equal(rgb, rgb + 3, At(x, y));
+    }
+    void Fill(int x0, int y0, int x1, int y1, const unsigned char* rgb) {
+        for (int y = std::max(y0, 0); y < std::min(y1, m_h); ++y)
+            for (int x = std::max(x0, 0); x < std::min(x1, m_w); ++x) Set(x, y, rgb);
+    }
+    // A thick line: a square of side intWidth at every step.
+    void Line(double x0, double y0, double x1, double y1, int intWidth, const unsigned char* rgb) {
+        const int intSteps =
+            static_cast<int>(std::ceil(std::max(std::fabs(x1 - x0), std::fabs(y1 - y0))));
+        for (int s = 0; s <= intSteps; ++s) {
+            const double t = intSteps ? static_cast<double>(s) / intSteps : 0.0;
+            const int x = static_cast<int>(std::lround(x0 + (x1 - x0) * t)) - intWidth / 2;
+            const int y = static_cast<int>(std::lround(y0 + (y1 - y0) * t)) - intWidth / 2;
+            Fill(x, y, x + intWidth, y + intWidth, rgb);
+        }
+    }
+    int Text(int x, int y, const std::string& str, const unsigned char* rgb) {
+        for (char c : str) {
+            const unsigned char* rows = PixelGlyph(c);
+            for (int r = 0; r < 7; ++r)
+                for (int col = 0; col < 5; ++col)
+                    if (rows[r] & (0x10 >> col))
+                        Fill(x + col * s_intGlyphScale, y + r * s_intGlyphScale,
+                             x + (col + 1) * s_intGlyphScale, y + (r + 1) * s_intGlyphScale, rgb);
+            x += 6 * s_intGlyphScale;
+        }
+        return x;
+    }
+    void WritePng(const std::string& strPath) const;
+
+  private:
+    int m_w, m_h;
+    std::vector<unsigned char> m_vecRgb;
+};
+
+void Canvas::WritePng(const std::string& strPath) const {
+    std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(strPath.c_str(), "wb"), &std::fclose);
+    if (!file) throw InspectError(strPath + ": cannot write");
+    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_infop info = png ? png_create_info_struct(png) : nullptr;
+    if (!info || setjmp(png_jmpbuf(png))) {
+        png_destroy_write_struct(&png, &info);
+        throw InspectError(strPath + ": cannot write the picture");
+    }
+    png_init_io(png, file.get());
+    png_set_IHDR(png, info, m_w, m_h, 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
+                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    png_write_info(png, info);
+    for (int y = 0; y < m_h; ++y)
+        png_write_row(png, const_cast<png_bytep>(&m_vecRgb[static_cast<size_t>(y) * m_w * 3]));
+    png_write_end(png, nullptr);
+    png_destroy_write_struct(&png, &info);
+    if (std::fflush(file.get()) != 0) throw InspectError(strPath + ": cannot write");
+}
+
+std::string Number(double dbl) {
+    char buf[32];
+    std::snprintf(buf, sizeof buf, "%g", dbl);
+    return buf;
+}
+
+// The cell of an axis holding a coordinate: a value on a corner point goes to the cell above it,
+// the last corner to the last cell of non-zero width; -1 outside the axis.
+int CellHolding(const std::vector<float>& vecAxis, double dbl) {
+    if (vecAxis.size() < 2 || dbl < vecAxis.front() || dbl > vecAxis.back()) return -1;
+    int c =
+        static_cast<int>(std::upper_bound(vecAxis.begin(), vecAxis.end(), dbl) - vecAxis.begin()) -
+        1;
+    c = std::min(c, static_cast<int>(vecAxis.size()) - 2);
+    while (c > 0 && vecAxis[c] == vecAxis[c + 1]) --c;
+    return c;
+}
+
+}  // namespace
+
+SlicePlane MiddleSlicePlane(const InspectRun& run, int intAxis) {
+    return SlicePlane{intAxis, run.Cells(intAxis) / 2};
+}
+
+SlicePlane ParseSlicePlane(const InspectRun& run, const std::string& strText) {
+    const std::string strLetters = "ijkxyz";
+    const size_t pos = strText.size() > 2 && strText[1] == '='
+                           ? strLetters.find(std::tolower(strText[0]))
+                           : std::string::npos;
+    if (pos == std::string::npos)
+        throw InspectError("--plane " + strText + ": expected i=N, j=N, k=N, x=V, y=V or z=V");
+    SlicePlane plane;
+    plane.intAxis = static_cast<int>(pos % 3);
+    const char* szValue = strText.c_str() + 2;
+    char* end = nullptr;
+    if (pos < 3) {
+        const long intIndex = std::strtol(szValue, &end, 10);
+        if (*end != '\0' || intIndex < 1 || intIndex > run.Cells(plane.intAxis))
+            throw InspectError("--plane " + strText + ": the index must be 1 to " +
+                               std::to_string(run.Cells(plane.intAxis)));
+        plane.intCell = static_cast<int>(intIndex - 1);
+    } else {
+        const double dbl = std::strtod(szValue, &end);
+        plane.intCell = *end == '\0' ? CellHolding(run.vecAxes[plane.intAxis], dbl) : -1;
+        if (plane.intCell < 0)
+            throw InspectError("--plane " + strText + ": the coordinate must lie in " +
+                               Number(run.vecAxes[plane.intAxis].front()) + " to " +
+                               Number(run.vecAxes[plane.intAxis].back()));
+    }
+    return plane;
+}
+
+SliceView::SliceView(const InspectRun& run, const SlicePlane& plane)
+    : m_intU(plane.intAxis == 0 ? 1 : 0), m_intV(plane.intAxis == 2 ? 1 : 2) {
+    const std::vector<float>& vecU = run.vecAxes[m_intU];
+    const std::vector<float>& vecV = run.vecAxes[m_intV];
+    const double dblExtU = std::max(double(vecU.back()) - vecU.front(), 1e-30);
+    const double dblExtV = std::max(double(vecV.back()) - vecV.front(), 1e-30);
+    m_dblScale = s_intPictureSide / std::max(dblExtU, dblExtV);
+    m_dblU0 = vecU.front();
+    m_dblV1 = vecV.back();
+    m_intWidth = static_cast<int>(std::lround(dblExtU * m_dblScale)) + 2 * s_intMargin + 1;
+    m_intHeight = static_cast<int>(std::lround(dblExtV * m_dblScale)) + 2 * s_intMargin + 1;
+}
+
+int SliceView::Column(double u) const {
+    return s_intMargin + static_cast<int>(std::lround((u - m_dblU0) * m_dblScale));
+}
+
+int SliceView::Row(double v) const {
+    return s_intMargin + static_cast<int>(std::lround((m_dblV1 - v) * m_dblScale));
+}
+
+std::string SliceFileName(const SlicePlane& plane) {
+    return std::string("slice_") + s_szIndex[plane.intAxis] + std::to_string(plane.intCell + 1) +
+           ".png";
+}
+
+void WriteSlicePicture(const InspectRun& run, const SlicePlane& plane, const std::string& strPath) {
+    const SliceView view(run, plane);
+    const int a = plane.intAxis, u = view.AxisU(), v = view.AxisV();
+    const std::vector<float>& vecU = run.vecAxes[u];
+    const std::vector<float>& vecV = run.vecAxes[v];
+    const double dblPlane =
+        0.5 * (double(run.vecAxes[a][plane.intCell]) + run.vecAxes[a][plane.intCell + 1]);
+
+    const std::string strLine1 =
+        std::string("PLANE ") + s_szIndex[a] + " = " + std::to_string(plane.intCell + 1) + " OF " +
+        std::to_string(run.Cells(a)) + ", " + s_szAxis[a] + " = " + Number(dblPlane) + "   " +
+        s_szAxis[u] + " TO THE RIGHT, " + s_szAxis[v] + " UP";
+    long intHere = 0;
+    std::vector<char> vecBlocked(static_cast<size_t>(run.Cells(u)) * run.Cells(v), 0);
+    for (const FEL_vector3<int>& v3i : run.vecBlocked) {
+        const int idx[3] = {v3i.x - 1, v3i.y - 1, v3i.z - 1};
+        if (idx[a] != plane.intCell) continue;
+        vecBlocked[static_cast<size_t>(idx[v]) * run.Cells(u) + idx[u]] = 1;
+        ++intHere;
+    }
+    const std::string strLine2 =
+        "GRID " + std::to_string(run.Cells(0)) + " X " + std::to_string(run.Cells(1)) + " X " +
+        std::to_string(run.Cells(2)) + " CELLS, " + std::to_string(run.vecBlocked.size()) +
+        " BLOCKED, " + std::to_string(intHere) + " IN THIS PLANE";
+    const std::string strLine3 = "BODY OUTLINE, " + std::to_string(run.vecBodies.size()) +
+                                 (run.vecBodies.size() == 1 ? " BODY" : " BODIES");
+    const size_t intLegendChars =
+        std::max({strLine1.size(), strLine2.size(), strLine3.size() + 22});
+    const int intLegendWidth =
+        2 * s_intMargin + static_cast<int>(intLegendChars) * 6 * s_intGlyphScale;
+    Canvas canvas(std::max(view.Width(), intLegendWidth),
+                  view.Height() + s_intLegendLines * s_intLineHeight + s_intMargin);
+
+    for (int j = 0; j < run.Cells(v); ++j)
+        for (int i = 0; i < run.Cells(u); ++i)
+            if (vecBlocked[static_cast<size_t>(j) * run.Cells(u) + i])
+                canvas.Fill(view.Column(vecU[i]), view.Row(vecV[j + 1]), view.Column(vecU[i + 1]),
+                            view.Row(vecV[j]), g_rgbBlockedFill);
+
+    // Grid lines, one pixel wide, darker over blocked cells so that their cells stay countable.
+    auto gridLine = [&](int x0, int y0, int x1, int y1) {
+        for (int y = y0; y <= y1; ++y)
+            for (int x = x0; x <= x1; ++x)
+                canvas.Set(x, y,
+                           canvas.Is(x, y, g_rgbBlockedFill) ? s_rgbGridLineOnFill : s_rgbGridLine);
+    };
+    const int top = view.Row(vecV.back()), bottom = view.Row(vecV.front());
+    const int left = view.Column(vecU.front()), right = view.Column(vecU.back());
+    for (size_t n = 0, last = 0; n < vecU.size(); ++n) {
+        const int x = view.Column(vecU[n]);
+        if (n == 0 || n + 1 == vecU.size() || x - static_cast<int>(last) >= s_intMinLineGap) {
+            gridLine(x, top, x, bottom);
+            last = x;
+        }
+    }
+    for (size_t n = 0, last = 0; n < vecV.size(); ++n) {
+        const int y = view.Row(vecV[n]);
+        if (n == 0 || n + 1 == vecV.size() || static_cast<int>(last) - y >= s_intMinLineGap) {
+            gridLine(left, y, right, y);
+            last = y;
+        }
+    }
+
+    // Each triangle that the plane cuts leaves one segment of the body's outline.
+    for (const InspectBody& body : run.vecBodies) {
+        const InspectSurface& surface = body.surface;
+        for (const auto& tri : surface.vecTriangles) {
+            double seg[2][2];
+            int n = 0;
+            for (int e = 0; e < 3 && n < 2; ++e) {
+                const FEL_vector3<float>& p = surface.vecPoints[tri[e]];
+                const FEL_vector3<float>& q = surface.vecPoints[tri[(e + 1) % 3]];
+                const double dp = double(p[a]) - dblPlane, dq = double(q[a]) - dblPlane;
+                if ((dp <= 0) == (dq <= 0)) continue;
+                const double t = dp / (dp - dq);
+                seg[n][0] = p[u] + (double(q[u]) - p[u]) * t;
+                seg[n][1] = p[v] + (double(q[v]) - p[v]) * t;
+                ++n;
+            }
+            if (n == 2)
+                canvas.Line(view.Column(seg[0][0]), view.Row(seg[0][1]), view.Column(seg[1][0]),
+                            view.Row(seg[1][1]), 2, g_rgbBodyOutline);
+        }
+    }
+
+    // The legend, with the axes of the picture.
+    const int y0 = view.Height();
+    canvas.Text(s_intMargin, y0, strLine1, s_rgbText);
+    canvas.Text(s_intMargin, y0 + s_intLineHeight, strLine2, s_rgbText);
+    int x = s_intMargin;
+    const int y2 = y0 + 2 * s_intLineHeight;
+    canvas.Fill(x, y2, x + 14, y2 + 14, g_rgbBlockedFill);
+    x = canvas.Text(x + 20, y2, "BLOCKED CELL", s_rgbText) + 24;
+    canvas.Fill(x, y2 + 6, x + 14, y2 + 9, g_rgbBodyOutline);
+    canvas.Text(x + 20, y2, strLine3, s_rgbText);
+    canvas.WritePng(strPath);
+}
