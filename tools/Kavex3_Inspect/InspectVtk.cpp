@@ -58,6 +58,30 @@ class VtkFile {
     std::string m_strBuf;
 };
 
+// Text for an XML attribute.
+std::string Escaped(const std::string& str) {
+    std::string strOut;
+    for (char c : str) {
+        switch (c) {
+            case '&':
+                strOut += "&amp;";
+                break;
+            case '<':
+                strOut += "&lt;";
+                break;
+            case '>':
+                strOut += "&gt;";
+                break;
+            case '"':
+                strOut += "&quot;";
+                break;
+            default:
+                strOut += c;
+        }
+    }
+    return strOut;
+}
+
 const char* const s_szHeader = "<?xml version=\"1.0\"?>\n";
 
 std::string DataArray(const char* szType, const std::string& strName, int intComponents) {
@@ -180,8 +204,8 @@ std::vector<std::string> WriteInspectVtk(const InspectRun& run, const std::strin
          << "<vtkMultiBlockDataSet>\n";
     for (size_t n = 0; n < vecNames.size(); ++n)
         file << "<DataSet index=\"" << std::to_string(n) << "\" name=\""
-             << std::filesystem::path(vecNames[n]).stem().string() << "\" file=\"" << vecNames[n]
-             << "\"/>\n";
+             << Escaped(std::filesystem::path(vecNames[n]).stem().string()) << "\" file=\""
+             << Escaped(vecNames[n]) << "\"/>\n";
     file << "</vtkMultiBlockDataSet>\n</VTKFile>\n";
     file.Close();
     vecNames.push_back(strName + ".vtm");

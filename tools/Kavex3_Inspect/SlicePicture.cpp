@@ -18,7 +18,7 @@ const int s_intPictureSide = 800;  // the longer side of the grid's picture, in 
 const int s_intGlyphScale = 2;
 const int s_intLineHeight = 9 * s_intGlyphScale;
 const int s_intLegendLines = 3;
-const int s_intMinLineGap = 4;  // grid lines closer than this to the last one drawn are dropped
+const int s_intMinLineGap = 6;  // grid lines closer than this to the last one drawn are dropped
 
 const unsigned char s_rgbWhite[3] = {255, 255, 255};
 const unsigned char s_rgbGridLine[3] = {185, 185, 185};
@@ -112,6 +112,21 @@ int CellHolding(const std::vector<float>& vecAxis, double dbl) {
     return c;
 }
 
+// The pixel positions of the grid lines to draw: the first and the last, and each other line that
+// stands at least s_intMinLineGap from the last one kept. Sets blnThinned when a line is left out.
+std::vector<int> ShownLines(const std::vector<int>& vecPixels, bool& blnThinned) {
+    std::vector<int> vecShown;
+    for (size_t n = 0; n < vecPixels.size(); ++n) {
+        const int intGap =
+            vecShown.empty() ? s_intMinLineGap : std::abs(vecPixels[n] - vecShown.back());
+        if (intGap >= s_intMinLineGap || n + 1 == vecPixels.size())
+            vecShown.push_back(vecPixels[n]);
+        else if (intGap > 0)
+            blnThinned = true;
+    }
+    return vecShown;
+}
+
 }  // namespace
 
 SlicePlane MiddleSlicePlane(const InspectRun& run, int intAxis) {
@@ -196,8 +211,15 @@ void WriteSlicePicture(const InspectRun& run, const SlicePlane& plane, const std
         "GRID " + std::to_string(run.Cells(0)) + " X " + std::to_string(run.Cells(1)) + " X " +
         std::to_string(run.Cells(2)) + " CELLS, " + std::to_string(run.vecBlocked.size()) +
         " BLOCKED, " + std::to_string(intHere) + " IN THIS PLANE";
+    bool blnThinned = false;
+    std::vector<int> vecColumns, vecRows;
+    for (float f : vecU) vecColumns.push_back(view.Column(f));
+    for (float f : vecV) vecRows.push_back(view.Row(f));
+    vecColumns = ShownLines(vecColumns, blnThinned);
+    vecRows = ShownLines(vecRows, blnThinned);
     const std::string strLine3 = "BODY OUTLINE, " + std::to_string(run.vecBodies.size()) +
-                                 (run.vecBodies.size() == 1 ? " BODY" : " BODIES");
+                                 (run.vecBodies.size() == 1 ? " BODY" : " BODIES") +
+                                 (blnThinned ? "; SOME GRID LINES LEFT OUT" : "");
     const size_t intLegendChars =
         std::max({strLine1.size(), strLine2.size(), strLine3.size() + 22});
     const int intLegendWidth =
@@ -220,20 +242,8 @@ void WriteSlicePicture(const InspectRun& run, const SlicePlane& plane, const std
     };
     const int top = view.Row(vecV.back()), bottom = view.Row(vecV.front());
     const int left = view.Column(vecU.front()), right = view.Column(vecU.back());
-    for (size_t n = 0, last = 0; n < vecU.size(); ++n) {
-        const int x = view.Column(vecU[n]);
-        if (n == 0 || n + 1 == vecU.size() || x - static_cast<int>(last) >= s_intMinLineGap) {
-            gridLine(x, top, x, bottom);
-            last = x;
-        }
-    }
-    for (size_t n = 0, last = 0; n < vecV.size(); ++n) {
-        const int y = view.Row(vecV[n]);
-        if (n == 0 || n + 1 == vecV.size() || static_cast<int>(last) - y >= s_intMinLineGap) {
-            gridLine(left, y, right, y);
-            last = y;
-        }
-    }
+    for (int x : vecColumns) gridLine(x, top, x, bottom);
+    for (int y : vecRows) gridLine(left, y, right, y);
 
     // Each triangle that the plane cuts leaves one segment of the body's outline.
     for (const InspectBody& body : run.vecBodies) {
