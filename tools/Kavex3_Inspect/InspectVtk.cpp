@@ -104,8 +104,7 @@ void WriteGrid(const InspectRun& run, const std::string& strPath) {
          << "<RectilinearGrid WholeExtent=\"" << strExtent << "\">\n<Piece Extent=\"" << strExtent
          << "\">\n<CellData Scalars=\"blocked\">\n"
          << DataArray("UInt8", "blocked", 1);
-    std::vector<unsigned> vecWide(vecBlocked.begin(), vecBlocked.end());
-    file.Values(vecWide.begin(), vecWide.end());
+    file.Values(vecBlocked.begin(), vecBlocked.end());
     file << "</DataArray>\n</CellData>\n<Coordinates>\n";
     for (int a = 0; a < 3; ++a) {
         file << DataArray("Float32", std::string(1, "xyz"[a]), 1);

@@ -44,14 +44,32 @@ class Canvas {
         for (int y = std::max(y0, 0); y < std::min(y1, m_h); ++y)
             for (int x = std::max(x0, 0); x < std::min(x1, m_w); ++x) Set(x, y, rgb);
     }
-    // A thick line: a square of side intWidth at every step.
+    // A thick line: a square of side intWidth at every step, clipped to the canvas first.
     void Line(double x0, double y0, double x1, double y1, int intWidth, const unsigned char* rgb) {
+        double t0 = 0, t1 = 1;
+        const double dx = x1 - x0, dy = y1 - y0;
+        auto clip = [&](double p, double q) {  // keeps the part where p * t <= q
+            if (p == 0) return q >= 0;
+            const double r = q / p;
+            if (p < 0) {
+                if (r > t1) return false;
+                t0 = std::max(t0, r);
+            } else {
+                if (r < t0) return false;
+                t1 = std::min(t1, r);
+            }
+            return true;
+        };
+        if (!clip(-dx, x0 + intWidth) || !clip(dx, m_w + intWidth - x0) ||
+            !clip(-dy, y0 + intWidth) || !clip(dy, m_h + intWidth - y0))
+            return;
+        const double xa = x0 + dx * t0, ya = y0 + dy * t0, xb = x0 + dx * t1, yb = y0 + dy * t1;
         const int intSteps =
-            static_cast<int>(std::ceil(std::max(std::fabs(x1 - x0), std::fabs(y1 - y0))));
+            static_cast<int>(std::ceil(std::max(std::fabs(xb - xa), std::fabs(yb - ya))));
         for (int s = 0; s <= intSteps; ++s) {
             const double t = intSteps ? static_cast<double>(s) / intSteps : 0.0;
-            const int x = static_cast<int>(std::lround(x0 + (x1 - x0) * t)) - intWidth / 2;
-            const int y = static_cast<int>(std::lround(y0 + (y1 - y0) * t)) - intWidth / 2;
+            const int x = static_cast<int>(std::lround(xa + (xb - xa) * t)) - intWidth / 2;
+            const int y = static_cast<int>(std::lround(ya + (yb - ya) * t)) - intWidth / 2;
             Fill(x, y, x + intWidth, y + intWidth, rgb);
         }
     }
@@ -174,12 +192,20 @@ SliceView::SliceView(const InspectRun& run, const SlicePlane& plane)
     m_intHeight = static_cast<int>(std::lround(dblExtV * m_dblScale)) + 2 * s_intMargin + 1;
 }
 
+double SliceView::X(double u) const {
+    return s_intMargin + (u - m_dblU0) * m_dblScale;
+}
+
+double SliceView::Y(double v) const {
+    return s_intMargin + (m_dblV1 - v) * m_dblScale;
+}
+
 int SliceView::Column(double u) const {
-    return s_intMargin + static_cast<int>(std::lround((u - m_dblU0) * m_dblScale));
+    return static_cast<int>(std::lround(X(u)));
 }
 
 int SliceView::Row(double v) const {
-    return s_intMargin + static_cast<int>(std::lround((m_dblV1 - v) * m_dblScale));
+    return static_cast<int>(std::lround(Y(v)));
 }
 
 std::string SliceFileName(const SlicePlane& plane) {
@@ -262,8 +288,8 @@ void WriteSlicePicture(const InspectRun& run, const SlicePlane& plane, const std
                 ++n;
             }
             if (n == 2)
-                canvas.Line(view.Column(seg[0][0]), view.Row(seg[0][1]), view.Column(seg[1][0]),
-                            view.Row(seg[1][1]), 2, g_rgbBodyOutline);
+                canvas.Line(view.X(seg[0][0]), view.Y(seg[0][1]), view.X(seg[1][0]),
+                            view.Y(seg[1][1]), 2, g_rgbBodyOutline);
         }
     }
 

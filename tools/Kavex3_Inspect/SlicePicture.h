@@ -25,6 +25,10 @@ class SliceView {
     SliceView(const InspectRun& run, const SlicePlane& plane);
     int Width() const { return m_intWidth; }
     int Height() const { return m_intHeight; }
+    // Pixel positions of a coordinate: X and Y exact, Column and Row rounded. Only points of the
+    // grid's extent are sure to fit in an int.
+    double X(double u) const;
+    double Y(double v) const;
     int Column(double u) const;
     int Row(double v) const;
     int AxisU() const { return m_intU; }
