@@ -3,6 +3,7 @@
 #include "InspectRun.h"
 
 #include <unistd.h>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -48,7 +49,7 @@ bool ReadBodyCellList(const std::string& strFile, std::vector<FEL_vector3<int>>&
     in.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
     if (intCount > 0) std::getline(in, strLine);  // the list's header
     vecCells.clear();
-    vecCells.reserve(static_cast<size_t>(intCount));
+    vecCells.reserve(static_cast<size_t>(std::min(intCount, 1L << 20)));
     for (long n = 0; n < intCount; ++n) {
         FEL_vector3<int> v3iCell;
         char chComma1 = 0, chComma2 = 0;
