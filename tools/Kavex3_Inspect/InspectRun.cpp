@@ -128,16 +128,32 @@ FEL_pointer<FEL_mesh> MeshOfCutFile(const std::string& strFile) {
                                                         static_cast<float>(body.cuts[c].pts[p][1]));
     for (int c = 0; c < nCuts; ++c) std::free(body.cuts[c].pts);
     std::free(body.cuts);
+    // A ring that repeats its first point at the end closes without the wrap; triangles with
+    // coincident corners (a plane collapsed to a point, say) are left out.
+    bool blnRepeats = nPts > 1;
+    for (int c = 0; c < nCuts; ++c) {
+        const FEL_vector3<float>& first = vertices[c * nPts];
+        const FEL_vector3<float>& last = vertices[c * nPts + nPts - 1];
+        blnRepeats = blnRepeats && first.x == last.x && first.y == last.y && first.z == last.z;
+    }
+    const int intRing = blnRepeats ? nPts - 1 : nPts;
     std::vector<FEL_vector3<int>> vecTris;
+    auto addTriangle = [&](int a, int b, int c) {
+        auto same = [&](int m, int n) {
+            return vertices[m].x == vertices[n].x && vertices[m].y == vertices[n].y &&
+                   vertices[m].z == vertices[n].z;
+        };
+        if (!same(a, b) && !same(b, c) && !same(c, a)) vecTris.emplace_back(a, b, c);
+    };
     for (int c = 1; c < nCuts; ++c)
-        for (int p = 0; p < nPts; ++p) {
-            const int a = (c - 1) * nPts + p, b = (c - 1) * nPts + (p + 1) % nPts;
-            vecTris.emplace_back(a, b, b + nPts);
-            vecTris.emplace_back(a, b + nPts, a + nPts);
+        for (int p = 0; p < intRing; ++p) {
+            const int a = (c - 1) * nPts + p, b = (c - 1) * nPts + (p + 1) % intRing;
+            addTriangle(a, b, b + nPts);
+            addTriangle(a, b + nPts, a + nPts);
         }
     for (int c : {0, nCuts - 1})
-        for (int p = 1; nCuts > 0 && p + 1 < nPts; ++p)
-            vecTris.emplace_back(c * nPts, c * nPts + p, c * nPts + p + 1);
+        for (int p = 1; nCuts > 0 && p + 1 < intRing; ++p)
+            addTriangle(c * nPts, c * nPts + p, c * nPts + p + 1);
     auto* triangles = new FEL_vector3<int>[vecTris.size() + 1];
     std::copy(vecTris.begin(), vecTris.end(), triangles);
     return FEL_pointer<FEL_mesh>(new FEL_tetrahedral_mesh(

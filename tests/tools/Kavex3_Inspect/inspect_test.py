@@ -4,6 +4,7 @@ report on the corpus's STL files, and bad input.
 usage: inspect_test.py KAVEX3_INSPECT SHARED_DATA EXAMPLE_RUN_DIR
 """
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -122,6 +123,20 @@ class ExampleRun(unittest.TestCase):
         self.assertEqual(len(blocked.cells[0].data), listed)
         self.assertEqual(len(meshio.read(os.path.join(out, "body1_1-x.vtu")).points), 8)
         self.assertTrue(os.path.isfile(os.path.join(out, "slice_K10.png")))
+
+
+    def test_cut_body_repeating_its_first_point_is_closed(self):
+        # The box written for a surface body: a centre point, the ring (closed by repeating its
+        # first point) at X = 2 and at X = 4, and the centre point again.
+        tmp = tempfile.TemporaryDirectory()
+        run = os.path.join(tmp.name, "run")
+        shutil.copytree(EXAMPLE_RUN, run)
+        ring = "0.5  0.5\n0.5  1.5\n1.5  1.5\n1.5  0.5\n0.5  0.5\n"
+        with open(os.path.join(run, "1-x.cut"), "w") as f:
+            f.write("4  5\n2\n" + "1  1\n" * 5 + "2\n" + ring + "4\n" + ring + "4\n" + "1  1\n" * 5)
+        result = inspect(run, os.path.join(run, "block.Grid"), "--no-pictures")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertIn("16 triangles, 0 open edges, 0 non-manifold edges: closed", result.stdout)
 
 
 class BadInput(unittest.TestCase):
