@@ -185,8 +185,9 @@ class GridCopy {
             m_strPath = strGrid;
             return;
         }
+        const char* szTmp = std::getenv("TMPDIR");
         std::string strTemplate =
-            (fs::temp_directory_path() / "Kavex3_Inspect_gridXXXXXX").string();
+            std::string(szTmp && *szTmp ? szTmp : "/tmp") + "/Kavex3_Inspect_gridXXXXXX";
         const int fd = mkstemp(strTemplate.data());
         if (fd < 0)
             throw InspectError(strTemplate + ": cannot make a scratch copy of the grid file");

@@ -75,7 +75,7 @@ int main(int argc, char** argv) {
                   << "written to " << strOutDir << ":";
         for (const std::string& strName : vecWritten) std::cout << " " << strName;
         std::cout << "\n";
-    } catch (const InspectError& e) {
+    } catch (const std::exception& e) {  // InspectError, and what the libraries raise
         std::cerr << "Kavex3_Inspect: " << e.what() << "\n";
         return 1;
     }

@@ -148,14 +148,20 @@ class BadInput(unittest.TestCase):
         missing_body = os.path.join(tmp, "missing.Grid")
         with open(missing_body, "w") as f:
             f.write("  type: STL\n  Points File: /nonexistent/wing.stl\n  used in solver: True\n")
-        cases = [(os.path.join(tmp, "nothing"), missing_body, "nothing: not a run directory"),
-                 (empty_run, missing_body, "KX3.grid.dat: no grid file"),
-                 (EXAMPLE_RUN, missing_body, "/nonexistent/wing.stl: body file missing"),
-                 (EXAMPLE_RUN, os.path.join(tmp, "none.Grid"), "none.Grid: cannot open the project file")]
-        for run_dir, project, words in cases:
+        out = os.path.join(tmp, "out")
+        cases = [(os.path.join(tmp, "nothing"), missing_body, out, {}, "nothing: not a run directory"),
+                 (empty_run, missing_body, out, {}, "KX3.grid.dat: no grid file"),
+                 (EXAMPLE_RUN, missing_body, out, {}, "/nonexistent/wing.stl: body file missing"),
+                 (EXAMPLE_RUN, os.path.join(tmp, "none.Grid"), out, {}, "none.Grid: cannot open the project file"),
+                 (EXAMPLE_RUN, os.path.join(EXAMPLE_RUN, "block.Grid"), "/dev/null/out", {},
+                  "/dev/null/out: cannot create the output folder"),
+                 (EXAMPLE_RUN, os.path.join(EXAMPLE_RUN, "block.Grid"), out, {"TMPDIR": "/nonexistent"},
+                  "cannot make a scratch copy of the grid file")]
+        for run_dir, project, out_dir, env, words in cases:
             with self.subTest(words):
                 before = snapshot(EXAMPLE_RUN)
-                result = inspect(run_dir, project, "--out", os.path.join(tmp, "out"))
+                result = subprocess.run([EXE, run_dir, project, "--out", out_dir], capture_output=True,
+                                        text=True, env={**os.environ, **env})
                 self.assertEqual(result.returncode, 1)
                 self.assertEqual(len(result.stderr.splitlines()), 1)
                 self.assertIn(words, result.stderr)
