@@ -14,16 +14,10 @@ int FindRoot(std::vector<int>& vecParent, int n) {
     return n;
 }
 
-// The cell of an axis holding a coordinate, clamped into the grid, with zero-width cells passed
-// over: a value on a corner point goes to the cell above it, or below it for blnUpper.
+// The cell holding a coordinate, which is first moved into the grid's extent.
 int ClampedCell(const std::vector<float>& vecAxis, double dbl, bool blnUpper = false) {
-    const auto it = blnUpper ? std::lower_bound(vecAxis.begin(), vecAxis.end(), dbl)
-                             : std::upper_bound(vecAxis.begin(), vecAxis.end(), dbl);
-    int c = static_cast<int>(it - vecAxis.begin()) - 1;
-    c = std::clamp(c, 0, static_cast<int>(vecAxis.size()) - 2);
-    while (c > 0 && vecAxis[c] == vecAxis[c + 1]) --c;
-    while (c + 2 < static_cast<int>(vecAxis.size()) && vecAxis[c] == vecAxis[c + 1]) ++c;
-    return c;
+    return CellOfCoordinate(vecAxis, std::clamp<double>(dbl, vecAxis.front(), vecAxis.back()),
+                            blnUpper);
 }
 
 std::string Point(const FEL_vector3<float>& v3f) {

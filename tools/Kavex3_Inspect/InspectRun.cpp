@@ -62,6 +62,17 @@ bool ReadBodyCellList(const std::string& strFile, std::vector<FEL_vector3<int>>&
     return true;
 }
 
+int CellOfCoordinate(const std::vector<float>& vecAxis, double dbl, bool blnUpper) {
+    if (vecAxis.size() < 2 || !(dbl >= vecAxis.front() && dbl <= vecAxis.back())) return -1;
+    const auto it = blnUpper ? std::lower_bound(vecAxis.begin(), vecAxis.end(), dbl)
+                             : std::upper_bound(vecAxis.begin(), vecAxis.end(), dbl);
+    const int intLast = static_cast<int>(vecAxis.size()) - 2;
+    int c = std::clamp(static_cast<int>(it - vecAxis.begin()) - 1, 0, intLast);
+    while (c > 0 && vecAxis[c] == vecAxis[c + 1]) --c;
+    while (c < intLast && vecAxis[c] == vecAxis[c + 1]) ++c;
+    return c;
+}
+
 namespace {
 
 // Corners of a mesh's surface triangles, three a triangle.

@@ -52,6 +52,11 @@ InspectRun LoadInspectRun(const std::string& strRunDir, const std::string& strPr
 // InspectError on a list that is cut short or malformed.
 bool ReadBodyCellList(const std::string& strFile, std::vector<FEL_vector3<int>>& vecCells);
 
+// The cell (0-based) of an axis's corner points that holds a coordinate: a value on a corner
+// point goes to the cell above it (below it for blnUpper), and zero-width cells are passed over;
+// -1 outside the axis.
+int CellOfCoordinate(const std::vector<float>& vecAxis, double dbl, bool blnUpper = false);
+
 // Surface of a mesh (every zone: the triangles of unstructured zones, the last plane of
 // structured ones split into two triangles a quadrilateral), with the vertices of placed: the same
 // mesh wrapped in transformations.

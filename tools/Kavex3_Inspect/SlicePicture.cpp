@@ -118,18 +118,6 @@ std::string Number(double dbl) {
     return buf;
 }
 
-// The cell of an axis holding a coordinate: a value on a corner point goes to the cell above it,
-// the last corner to the last cell of non-zero width; -1 outside the axis.
-int CellHolding(const std::vector<float>& vecAxis, double dbl) {
-    if (vecAxis.size() < 2 || dbl < vecAxis.front() || dbl > vecAxis.back()) return -1;
-    int c =
-        static_cast<int>(std::upper_bound(vecAxis.begin(), vecAxis.end(), dbl) - vecAxis.begin()) -
-        1;
-    c = std::min(c, static_cast<int>(vecAxis.size()) - 2);
-    while (c > 0 && vecAxis[c] == vecAxis[c + 1]) --c;
-    return c;
-}
-
 // The pixel positions of the grid lines to draw: the first and the last, and each other line that
 // stands at least s_intMinLineGap from the last one kept. Sets blnThinned when a line is left out.
 std::vector<int> ShownLines(const std::vector<int>& vecPixels, bool& blnThinned) {
@@ -170,7 +158,7 @@ SlicePlane ParseSlicePlane(const InspectRun& run, const std::string& strText) {
         plane.intCell = static_cast<int>(intIndex - 1);
     } else {
         const double dbl = std::strtod(szValue, &end);
-        plane.intCell = *end == '\0' ? CellHolding(run.vecAxes[plane.intAxis], dbl) : -1;
+        plane.intCell = *end == '\0' ? CellOfCoordinate(run.vecAxes[plane.intAxis], dbl) : -1;
         if (plane.intCell < 0)
             throw InspectError("--plane " + strText + ": the coordinate must lie in " +
                                Number(run.vecAxes[plane.intAxis].front()) + " to " +
