@@ -11,14 +11,14 @@
 #include <limits>
 #include <map>
 
-#include "DriverGlobals.h"
 #include "FEL_exception.h"
 #include "FEL_matrix33.h"
-#include "FEL_reader.h"
 #include "FEL_tetrahedral_mesh.h"
 #include "FEL_transformed_mesh.h"
-#include "ReadGridFile.h"
-#include "bodies.h"
+#include "driver/DriverGlobals.h"
+#include "driver/ReadGridFile.h"
+#include "generator/bodies.h"
+#include "readers/FEL_reader.h"
 
 namespace fs = std::filesystem;
 
