@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "LinkPeer.h"
+
 namespace {
 
 // The file's status; all zeros when it doesn't exist.
