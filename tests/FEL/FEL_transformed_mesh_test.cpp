@@ -16,7 +16,7 @@ FEL_pointer<FEL_mesh> unit_cube() {
     return mesh;
 }
 
-TEST(FEL_translated_mesh, MovesCoordinatesBoxesLocateAndZones) {
+TEST(FEL_translated_mesh, MovesCoordinatesBoxesAndZones) {
     FEL_pointer<FEL_mesh> mesh(
         new FEL_translated_mesh(unit_cube(), FEL_vector3<float>(10, 20, 30)));
     FEL_vector3<float> p, corners[8], min, max;
@@ -25,15 +25,6 @@ TEST(FEL_translated_mesh, MovesCoordinatesBoxesLocateAndZones) {
     ASSERT_EQ(mesh->coordinates_at_vertex_cell(FEL_vertex_cell(1, 0, 1), &p), 1);
     EXPECT_EQ(p, FEL_vector3<float>(11, 20, 31));
     EXPECT_EQ(mesh->coordinates_at_vertex_cell(FEL_vertex_cell(2, 0, 0), &p), 0);
-    ASSERT_EQ(mesh->coordinates_at_structured_pos(FEL_structured_pos(0.5f, 0.5f, 0.5f), &p), 1);
-    EXPECT_EQ(p, FEL_vector3<float>(10.5f, 20.5f, 30.5f));
-    FEL_cell cell;
-    ASSERT_EQ(mesh->locate(FEL_phys_pos(10.5f, 20.5f, 30.5f), &cell), 1);
-    EXPECT_EQ(cell, FEL_cell(FEL_CELL_HEXAHEDRON, 0, 0, 0));
-    EXPECT_EQ(mesh->locate(FEL_phys_pos(0.5f, 0.5f, 0.5f), &cell), 0);
-    FEL_vertex_cell nearest;
-    ASSERT_EQ(mesh->locate_close_vertex_cell(FEL_phys_pos(11, 21, 30), &nearest), 1);
-    EXPECT_EQ(nearest, FEL_vertex_cell(1, 1, 0));
     ASSERT_EQ(mesh->get_zone(0)->get_bounding_box(&min, &max), 1);
     EXPECT_EQ(min, FEL_vector3<float>(10, 20, 30));
     EXPECT_EQ(max, FEL_vector3<float>(11, 21, 31));
