@@ -1,11 +1,11 @@
-// Tests of the axes and the axis-aligned meshes: locate at nodes and ends, interpolation, boxes.
+// Tests of the axes and the axis-aligned meshes: locate at nodes and ends, boxes.
 #include "FEL_axis_aligned_mesh.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-TEST(FEL_axis, LocateAtNodesAndEndsAndInterpolation) {
+TEST(FEL_axis, LocateAtNodesAndEnds) {
     // Regular nodes 1, 1.5, 2, 2.5; irregular nodes 0, 1, 3, 7. An interior node starts the cell
     // above it; the upper end, exactly, gives the last cell.
     const FEL_regular_axis regular(4, 1.0f, 0.5f);
@@ -22,15 +22,6 @@ TEST(FEL_axis, LocateAtNodesAndEndsAndInterpolation) {
         EXPECT_EQ(row.axis.locate(row.x, &i), row.cell >= 0) << row.x;
         EXPECT_EQ(i, row.cell) << row.x;
     }
-    // Positions by structured coordinate; beyond the end written all the same, but refused.
-    float x = 0;
-    EXPECT_EQ(regular.coordinates_at_structured(3.5f, &x), 0);
-    EXPECT_EQ(x, 2.75f);
-    EXPECT_EQ(irregular.coordinates_at_structured(1.5f, &x), 1);
-    EXPECT_EQ(x, 2.0f);
-    EXPECT_EQ(irregular.coordinates_at_structured(3.0f, &x), 1);
-    EXPECT_EQ(x, 7.0f);
-    EXPECT_EQ(irregular.coordinates_at_structured(3.25f, &x), 0);
 }
 
 TEST(FEL_regular_mesh, LocateCoordinatesAndBox) {
