@@ -53,36 +53,8 @@ TEST(FEL_mesh, BoundingBoxIsCachedForAnyTime) {
     EXPECT_FALSE(mesh->inside_bounding_box(FEL_phys_pos(2, 3, 4.001f)));
 }
 
-TEST(FEL_mesh, CombinedIblankOfACell) {
-    FEL_vector3f_and_int* nodes = new FEL_vector3f_and_int[8];
-    FEL_vector3<float>* xyz = box_nodes({1, 1, 1});
-    for (int c = 0; c < 8; ++c) nodes[c] = {xyz[c], 1};
-    delete[] xyz;
-    FEL_pointer<FEL_curvilinear_mesh> mesh(new FEL_curvilinear_mesh_xyzi_layout(2, 2, 2, nodes));
-    int bits = -1;
-    ASSERT_EQ(mesh->combined_iblank_at_cell(hex0, &bits), 1);
-    EXPECT_EQ(bits, 1);
-    nodes[3].i = 0;
-    mesh->combined_iblank_at_cell(hex0, &bits);
-    EXPECT_EQ(bits, 5);
-    nodes[5].i = -2;
-    nodes[6].i = 2;
-    nodes[7].i = 101;
-    mesh->combined_iblank_at_cell(hex0, &bits);
-    EXPECT_EQ(bits, 15);
-    nodes[0].i = 3;
-    CaptureStderr();
-    mesh->combined_iblank_at_cell(hex0, &bits);
-    EXPECT_EQ(GetCapturedStderr(),
-              "FEL_mesh::combined_iblank_at_cell() H(0, 0, 0) has iblank of 3?!\n");
-    FEL_vector3f_and_int both[8];
-    ASSERT_EQ(mesh->coordinates_and_iblank_at_cell(hex0, both), 1);
-    EXPECT_EQ(both[7].v, FEL_vector3<float>(1, 1, 1));
-    EXPECT_EQ(both[7].i, 101);
-}
-
-// No stage of the run measures cells: one compact check of the measures kept.
-TEST(FEL_mesh, CellMeasures) {
+// No stage of the run measures cells or combines iblanks: one compact check of both.
+TEST(FEL_mesh, CellMeasuresAndCombinedIblank) {
     // A 2 x 3 x 4 box: volume 24, centroid (1, 1.5, 2), edges from 2 to 4.
     FEL_pointer<FEL_mesh> box(new FEL_curvilinear_mesh_xyz_layout(2, 2, 2, box_nodes({2, 3, 4})));
     double volume = 0;
@@ -97,6 +69,26 @@ TEST(FEL_mesh, CellMeasures) {
     box->longest_edge_length_of_cell(hex0, &longest);
     box->shortest_edge_length_of_cell(hex0, &shortest);
     EXPECT_EQ(std::make_pair(longest, shortest), std::make_pair(4.0f, 2.0f));
+
+    FEL_vector3f_and_int* nodes = new FEL_vector3f_and_int[8];
+    FEL_vector3<float>* xyz = box_nodes({1, 1, 1});
+    for (int c = 0; c < 8; ++c) nodes[c] = {xyz[c], 1};
+    delete[] xyz;
+    FEL_pointer<FEL_curvilinear_mesh> mesh(new FEL_curvilinear_mesh_xyzi_layout(2, 2, 2, nodes));
+    int bits = -1;
+    ASSERT_EQ(mesh->combined_iblank_at_cell(hex0, &bits), 1);
+    EXPECT_EQ(bits, 1);
+    nodes[3].i = 0;
+    nodes[5].i = -2;
+    nodes[6].i = 2;
+    nodes[7].i = 101;
+    mesh->combined_iblank_at_cell(hex0, &bits);
+    EXPECT_EQ(bits, 15);
+    nodes[0].i = 3;
+    CaptureStderr();
+    mesh->combined_iblank_at_cell(hex0, &bits);
+    EXPECT_EQ(GetCapturedStderr(),
+              "FEL_mesh::combined_iblank_at_cell() H(0, 0, 0) has iblank of 3?!\n");
 }
 
 }  // namespace
