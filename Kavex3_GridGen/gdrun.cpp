@@ -7,6 +7,7 @@
 #include "bodies.h"
 #include "bodycells.h"
 #include "fullspan.h"
+#include "gdcheck.h"
 #include "gdgen.h"
 #include "gdrecords.h"
 #include "gdutil.h"
@@ -49,6 +50,7 @@ void set_final_gdpts(double t[3], int16_t shift[3]) {
         const GridLine& line = *lines[a];
         const int nB = bef.nWidths, nG = line.nGdpts, nA = aft.nWidths;
         const int n = nB + nG + nA + 2;
+        ck_axis_cells(a, n - 1);
         double* p = static_cast<double*>(std::calloc(n, sizeof(double)));
         if (!p) perrorNexit("calloc");
         p[0] = p[1] = gd_options.gridStart[a];
@@ -62,6 +64,7 @@ void set_final_gdpts(double t[3], int16_t shift[3]) {
         finalgdpts[a] = p;
         shift[a] = static_cast<int16_t>(nB + 1);
     }
+    ck_grid_points(Nfinalgdpts);
 }
 
 int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX, double* outY,

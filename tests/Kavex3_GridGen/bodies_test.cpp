@@ -233,10 +233,12 @@ TEST_F(BodiesDeathTest, PointsFileFailuresEndWithStatusOne) {
     allBdys[0].pointsFile = strdup(counts.c_str());
     EXPECT_EXIT(bodies_lex_input_done(), testing::ExitedWithCode(1),
                 "\nError: can not read the counts or values of body points file '.*counts.cut'\n$");
+    // Counts that the rest of the file can't hold are refused before anything is allocated.
     const std::string cut = write_temp_file("short.cut", "2 1\n0.0\n1 1\n");
     allBdys[0].pointsFile = strdup(cut.c_str());
     EXPECT_EXIT(bodies_lex_input_done(), testing::ExitedWithCode(1),
-                "body points file '.*short.cut'\n$");
+                "short.cut', number of cuts of 1 points = 2: the 9 bytes left in the file can not "
+                "hold so many\n$");
 }
 
 }  // namespace
