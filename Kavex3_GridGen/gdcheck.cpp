@@ -25,7 +25,7 @@ namespace {
 
 [[noreturn]] void refuse_dbl(const char* file, const char* name, double v, const char* why) {
     char value[32];
-    std::snprintf(value, sizeof value, "%.10g", v);
+    std::snprintf(value, sizeof value, "%.15g", v);
     refuse(file, name, value, why);
 }
 
