@@ -47,7 +47,7 @@ void ck_coord(double v, const char* file, const char* field, ...) {
 }
 
 void ck_ratio(double v, const char* file, const char* field, ...) {
-    if (std::isfinite(v) && v != 0.0 && std::isfinite(1.0 / v)) return;
+    if (std::isfinite(v) && std::isfinite(1.0 / v)) return;
     FIELD_NAME(name);
     refuse_dbl(file, name, v, "a ratio must be a number whose reciprocal is a number too");
 }
@@ -143,6 +143,12 @@ void ck_axis_cells(int axis, long long cells) {
         "file '%s' with layer file '%s', %c axis cells = %lld: the solver's 16-bit cell indices "
         "address at most 32767",
         spec_file(), gd_options.layerFile ? gd_options.layerFile : "", axis_name(axis), cells);
+}
+
+void ck_lines_size() {
+    const int n[3] = {Xgdln.nGdpts, Ygdln.nGdpts, Zgdln.nGdpts};
+    for (int a = 0; a < 3; ++a) ck_axis_cells(a, n[a] - 1LL);
+    ck_grid_points(n);
 }
 
 void ck_grid_points(const int n[3]) {

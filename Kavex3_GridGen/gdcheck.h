@@ -19,7 +19,7 @@ constexpr double kMaxCoord = 1e15;
 // v must be finite with a magnitude of at most kMaxCoord.
 void ck_coord(double v, const char* file, const char* field, ...)
     __attribute__((format(printf, 3, 4)));
-// v must be finite and not 0, and its reciprocal finite: the arithmetic inverts ratios.
+// v and its reciprocal must be finite (so v is not 0): the arithmetic inverts ratios.
 void ck_ratio(double v, const char* file, const char* field, ...)
     __attribute__((format(printf, 3, 4)));
 // A count of cells: finite and at most kMaxAxisCells.
@@ -47,4 +47,6 @@ void ck_gdspcs(const GridLine* line);
 void ck_line_cells(const GridLine* line, const BdyGdspc* pieces, int nPieces);
 // The final corner points, before anything is written: cells per axis, points of the grid.
 void ck_axis_cells(int axis, long long cells);
+// The generated lines, before body cells are marked over them; the layers only add points.
+void ck_lines_size();
 void ck_grid_points(const int n[3]);

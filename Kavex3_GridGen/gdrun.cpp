@@ -79,6 +79,7 @@ int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX
     manage_gridgen_input(argv[1]);
     genXYZgdsFromSpecs(&Xgdln, &Ygdln, &Zgdln);
     full_span_grids_and_bodies();
+    ck_lines_size();
     if (gd_options.gridPtsFile) wr_grid_pts_file(gd_options.gridPtsFile);
     mark_all_body_cells();
     FILE* dbg = gd_options.debugStream;

@@ -215,10 +215,11 @@ double position_value(const char* value, int axis, const char* field) {
     return p;
 }
 
-// "(x,y,z)"; components that don't scan keep their values.
+// "(x,y,z)"; components that don't scan keep their values, set or unset.
 void read_xyz(const char* value, double xyz[3], const char* field) {
-    std::sscanf(value, "(%lf,%lf,%lf)", &xyz[0], &xyz[1], &xyz[2]);
-    for (int a = 0; a < 3; ++a) ck_coord(xyz[a], gd_options.specFile, "%s%c", field, "XYZ"[a]);
+    const int scanned = std::sscanf(value, "(%lf,%lf,%lf)", &xyz[0], &xyz[1], &xyz[2]);
+    for (int a = 0; a < scanned; ++a)
+        ck_coord(xyz[a], gd_options.specFile, "%s%c", field, "XYZ"[a]);
 }
 
 // atoi without its overflow: a level outside the range of int is refused.
@@ -392,8 +393,6 @@ struct Walker {
                 s->from = s->to;
                 s->to = from;
                 s->gp_ratio = 1.0 / s->gp_ratio;
-                ck_ratio(s->gp_ratio, gd_options.specFile, "%c GP Ratio of a reversed spec",
-                         "XYZ"[axis]);
             }
             state = State::Section;
         } else if (has(line, "in: ")) {
