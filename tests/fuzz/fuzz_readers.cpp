@@ -11,17 +11,16 @@
 #include <string>
 
 #include "FEL_exception.h"
-#include "FEL_reader.h"
-#include "bodies.h"
-#include "bodycells.h"
-#include "bodymark.h"
-#include "fullspan.h"
-#include "gdcheck.h"
-#include "gdgen.h"
-#include "gdrun.h"
-#include "gdutil.h"
-#include "layer.h"
-#include "readFileC.h"
+#include "generator/bodies.h"
+#include "generator/bodymark.h"
+#include "generator/fullspan.h"
+#include "generator/gdcheck.h"
+#include "generator/gdrun.h"
+#include "generator/gdutil.h"
+#include "generator/layer.h"
+#include "generator/readFileC.h"
+#include "generator/symmetry.h"
+#include "readers/FEL_reader.h"
 
 namespace {
 
