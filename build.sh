@@ -1,14 +1,15 @@
 #!/usr/bin/env bash
 # One-command set-up: installs what is missing (Debian), builds, and runs the example or the tests.
-#   ./build.sh example   build, then run the bundled example project
-#   ./build.sh test      build, then run every test with CTest
+#   ./build.sh example   build, run the bundled example project, then inspect its run
+#   ./build.sh test      build, then run every test with CTest but the slow ones (label "slow")
+#   ./build.sh slow      build, then run the slow tests only (CI runs them once)
 #   ./build.sh bench     build in Release, then run the benchmarks
-#   ./build.sh sanitize  build with ASan/UBSan, then run every test
+#   ./build.sh sanitize  build with ASan/UBSan, then run every test but the slow ones
 set -euo pipefail
 cd "$(dirname "$0")"
 what=${1:-test}
 
-packages="cmake g++ make libboost-filesystem-dev libboost-system-dev libgtest-dev libgmock-dev libbenchmark-dev"
+packages="cmake g++ make libboost-filesystem-dev libboost-system-dev libgtest-dev libgmock-dev libbenchmark-dev libpng-dev python3-meshio"
 missing=""
 for p in $packages; do
   dpkg -s "$p" >/dev/null 2>&1 || missing="$missing $p"
@@ -30,11 +31,17 @@ build() {  # build DIR [cmake options...]
 case "$what" in
   example)
     build build
-    exec examples/run.sh build/Kavex3_GridGen/Kavex3_GridGen
+    examples/run.sh build/Kavex3_GridGen/Kavex3_GridGen
+    # ParaView files, slice pictures and the body report of that run, in build/example-run_inspect
+    exec build/tools/Kavex3_Inspect/Kavex3_Inspect build/example-run build/example-run/block.Grid
     ;;
   test)
     build build
-    ctest --test-dir build --output-on-failure -j "$jobs"
+    ctest --test-dir build --output-on-failure -j "$jobs" -LE slow
+    ;;
+  slow)
+    build build
+    ctest --test-dir build --output-on-failure -L slow
     ;;
   bench)
     build build-release -DCMAKE_BUILD_TYPE=Release -DKAVEX_BUILD_TESTS=OFF
@@ -45,10 +52,10 @@ case "$what" in
     # Leaks are checked; tests/lsan.supp spares only the line generator's records, which live to
     # the end of the process by design.
     ASAN_OPTIONS=detect_leaks=1 LSAN_OPTIONS="suppressions=$PWD/tests/lsan.supp:print_suppressions=0" \
-        ctest --test-dir build-asan --output-on-failure -j "$jobs"
+        ctest --test-dir build-asan --output-on-failure -j "$jobs" -LE slow
     ;;
   *)
-    echo "usage: $0 example|test|bench|sanitize" >&2
+    echo "usage: $0 example|test|slow|bench|sanitize" >&2
     exit 2
     ;;
 esac
