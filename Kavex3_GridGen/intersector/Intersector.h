@@ -1,0 +1,43 @@
+// The intersection stage: the cell array of the run, the walk from the grid's corners that gives
+// each touched cell its witness triangles, and the Tecplot debug dumps.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "BodyStruct.h"
+#include "FEL_mesh.h"
+#include "FEL_pointer.h"
+#include "FEL_vector3.h"
+#include "intersector/GridCell.h"
+
+// The cell array of the run, built by IntersectGrid; read by the classification and the final scan.
+extern GridCellArray g_gridCells;
+// Cells along i, j, k: the grid's point counts less 1.
+extern FEL_vector3<int> g_v3iGridDimensions;
+// Debug lines on standard output and the dumps "completeTris.dat" and "trisglobal.dat".
+extern bool g_blnDebug;
+
+// How the intersector runs; no setting changes a result.
+struct IntersectOptions {
+    // Worker threads for the witness search and the cell decisions; 0 takes the machine's cores.
+    int m_intThreads = 0;
+    // The literal procedure: linear first-witness search in walk order, sub-grid floods. Slow;
+    // kept as the reference the fast path is checked against.
+    bool m_blnPlain = false;
+};
+extern IntersectOptions g_intersectOptions;
+
+// Builds g_gridCells from the grid mesh and gives every cell that the walk from the eight corners
+// reaches a witness triangle per search cell it overlaps (CELL_INTERSECTED), or spreads through it.
+// Bodies not used in the solver are skipped. Then copies intersected states onto the outer layers.
+void IntersectGrid(FEL_pointer<FEL_mesh> grid, std::vector<_BodyStruct> bodies, std::string folder);
+
+// Same, from triangle zones in memory (one list per zone, zones of all bodies in order); the array
+// takes the triangles over. Fills g_gridCells, whose axes must be set by the caller.
+void IntersectZones(std::vector<std::vector<Triangle*>>& zones, const std::string& folder);
+
+// Debug dumps in Tecplot text: one zone per list; or one zone of the cells' triangles, the last
+// layer of each axis left out.
+void OutputTriangles(std::vector<std::vector<Triangle*>>& lists, std::string path);
+void OutputTriangles(GridCellArray& cells, FEL_vector3<int> dims, std::string path);

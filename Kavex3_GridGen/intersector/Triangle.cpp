@@ -1,0 +1,2 @@
+// Unfinished.
+#include "intersector/Triangle.h"
