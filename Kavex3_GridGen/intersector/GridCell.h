@@ -96,6 +96,8 @@ class GridCellArray {
     const std::vector<float>& Axis(int a) const { return m_avecAxes[a]; }
 
     TriangleSpan Triangles(const GridCell& cell) const;
+    // Handles run from 1 to ListCount().
+    std::size_t ListCount() const { return m_vecListStart.size(); }
     // Replaces every list: lists[n] belongs to the cell of linear index cells[n], cells ascending.
     void SetLists(const std::vector<std::uint32_t>& cells, const std::vector<std::uint32_t>& starts,
                   std::vector<Triangle*>&& entries);

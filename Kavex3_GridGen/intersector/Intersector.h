@@ -33,9 +33,22 @@ extern IntersectOptions g_intersectOptions;
 // Bodies not used in the solver are skipped. Then copies intersected states onto the outer layers.
 void IntersectGrid(FEL_pointer<FEL_mesh> grid, std::vector<_BodyStruct> bodies, std::string folder);
 
-// Same, from triangle zones in memory (one list per zone, zones of all bodies in order); the array
-// takes the triangles over. Fills g_gridCells, whose axes must be set by the caller.
-void IntersectZones(std::vector<std::vector<Triangle*>>& zones, const std::string& folder);
+// One zone of a body surface: its triangles and its mesh's bounding box.
+struct SurfaceZone {
+    std::vector<Triangle*> m_vecTriangles;
+    FEL_vector3<float> m_v3fMin, m_v3fMax;
+};
+
+// IntersectGrid after the conversion: the zones of all used bodies in order, against the cells of
+// g_gridCells, which the caller has made. g_gridCells takes the triangles over.
+void IntersectZones(std::vector<SurfaceZone>& zones, const std::string& folder);
+
+// The thread count that the options ask for.
+int IntersectThreads();
+
+// Bytes per grid cell that the stages keep at most, beyond the triangles, the lists of touched
+// cells and the grid mesh: the cell itself and one 32-bit word of the witness search or the walk.
+std::size_t IntersectBytesPerCell();
 
 // Debug dumps in Tecplot text: one zone per list; or one zone of the cells' triangles, the last
 // layer of each axis left out.
