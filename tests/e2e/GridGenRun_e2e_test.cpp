@@ -213,20 +213,6 @@ std::string StlProject(const std::string& pointsFile) {
            "\n   used in solver: True\n  #\nEnd Body Definitions\n";
 }
 
-TEST(GridGenRun, SurfaceBodiesEndWithAClearFailure) {
-    CutProjectRun run;
-    WriteWholeFile(run.strProject,
-                   StlProject(std::string(KAVEX_SHARED_DATA) + "/stl/unit_cube.STL"));
-    const RunResult r = RunProgram(run.dir.Path(), run.Arguments());
-    EXPECT_EQ(r.status, 255);
-    EXPECT_EQ(run.Log(".out"),
-              kBanner + "Reading .Grid file (" + run.strProject + ")...\nReading bodies...\n");
-    EXPECT_EQ(run.Log(".err"),
-              "GRID GEN ERROR:  surface bodies were read, but this build can't yet intersect them "
-              "with the grid\n");
-    EXPECT_EQ(FilesIn(run.dir.Path()), InputsAndLogs());
-}
-
 TEST(GridGenRun, UnreadableSurfaceBodyEndsTheProcessByItsException) {
     CutProjectRun run;
     WriteWholeFile(run.strProject, StlProject(run.dir / "missing.stl"));
