@@ -9,7 +9,7 @@
 #include <string>
 
 #include "FEL_curvilinear_mesh.h"
-#include "Write.h"
+#include "driver/Write.h"
 #include "intersector/Intersector.h"
 
 namespace {

@@ -222,9 +222,13 @@ TEST(FullPath, UnreadableBodyEndsWithTheExceptionText) {
     ScratchDir dir;
     WriteWholeFile(dir / "project.Grid", Project(Body("STL", dir / "missing.stl")));
     EXPECT_EQ(RunWorker(dir), 134);
-    EXPECT_EQ(ReadWholeFile(dir / "Kavex3_GridGen.err"),
-              "terminate called after throwing an instance of 'FEL_type_detection_error'\n"
-              "  what():  Could not determine the filetype of " + (dir / "missing.stl") +
-                  ". Failed in " + KAVEX_SOURCE_DIR + "/FEL/FEL_file_type.cpp on line 115.\n");
+    // The runtime's line, then the message, which names the file and the throwing source line.
+    const std::string err = ReadWholeFile(dir / "Kavex3_GridGen.err");
+    const std::string head =
+        "terminate called after throwing an instance of 'FEL_type_detection_error'\n"
+        "  what():  Could not determine the filetype of " + (dir / "missing.stl") + ". Failed in ";
+    EXPECT_EQ(err.substr(0, head.size()), head);
+    EXPECT_NE(err.find("FEL_file_type.cpp on line "), std::string::npos);
+    EXPECT_EQ(err.back(), '\n');
     EXPECT_TRUE(PathExists(dir / "temp.Grid"));
 }

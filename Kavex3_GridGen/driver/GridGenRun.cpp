@@ -1,0 +1,209 @@
+// The worker's run: command line, logs, project rewrite, grid generation and clean-up.
+#include "driver/GridGenRun.h"
+
+#include <unistd.h>
+
+#include <cxxabi.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <vector>
+
+#include "CommandLine.h"
+#include "Daemonize.h"
+#include "FEL_exception.h"
+#include "readers/FEL_reader.h"
+#include "FilePath.h"
+#include "LinkManager.h"
+#include "RemovePath.h"
+#include "driver/ConvertCuts.h"
+#include "driver/DriverGlobals.h"
+#include "driver/FinalOutput.h"
+#include "driver/ReadGridFile.h"
+#include "driver/Write.h"
+#include "driver/translate.h"
+#include "intersector/Classify.h"
+#include "intersector/Intersector.h"
+
+void CopyRotorFile(const std::string& from, const std::string& to) {
+    std::ifstream source(from.c_str(), std::ios::binary);
+    std::ofstream target(to.c_str(), std::ios::binary | std::ios::trunc);
+    char byte = 0;
+    while (source.good() && target.good()) {
+        source.get(byte);
+        target.put(byte);
+    }
+}
+
+// The temporary files of the run, removed when it ends or fails.
+struct RunFiles {
+    std::string strRotor;
+    std::string strGrid;
+    std::ofstream tempGrid;
+
+    void Remove() {
+        tempGrid.close();
+        Dorva::RemovePath(strRotor);
+        Dorva::RemovePath(strGrid);
+    }
+};
+
+// An exception that nobody catches ends the run as the runtime does, with its words on the error
+// log; the mesh library's exceptions are not standard ones, so their text is added here the way
+// the runtime adds the text of a standard exception.
+[[noreturn]] static void TerminateWithText() {
+    std::type_info* type = abi::__cxa_current_exception_type();
+    if (type == nullptr) {
+        std::fputs("terminate called without an active exception\n", stderr);
+        std::abort();
+    }
+    int status = 0;
+    char* name = abi::__cxa_demangle(type->name(), nullptr, nullptr, &status);
+    std::fprintf(stderr, "terminate called after throwing an instance of '%s'\n",
+                 status == 0 && name ? name : type->name());
+    std::free(name);
+    try {
+        throw;
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "  what():  %s\n", e.what());
+    } catch (const FEL_exception& e) {
+        std::fprintf(stderr, "  what():  %s\n", e.what().c_str());
+    } catch (...) {
+    }
+    std::abort();
+}
+
+// The full path, for a project with surface bodies: stages 2 to 11.
+static void RunFullPath(char* programName, const std::string& strRunDir, RunFiles& files,
+                        std::vector<_BodyStruct>& bodies, FEL_vector3<float> conversionFactor,
+                        const std::string& strSolverInputFile) {
+    const std::string strGridFile = strRunDir + "//KX3.grid.dat";
+    std::cout << "Reading bodies..." << std::endl;
+    ReadBodies(bodies);
+    std::cout << "Writing bounding boxes..." << std::endl;
+    WriteOutBoundingBoxes(bodies);
+    // A project that mixes cut bodies with surface bodies keeps the generator's cells for its cut
+    // bodies; the surface bodies' cells come from the intersection alone.
+    const bool blnMixed = !std::all_of(bodies.begin(), bodies.end(), [](const _BodyStruct& b) {
+        return b.eBodyType > BODY_ZCUT;
+    });
+    if (blnMixed) HideSurfaceBodiesFromMarking(files.strGrid, bodies);
+
+    std::cout << "Begin Grid Generation..." << std::endl;
+    GridOffsets offsets;
+    all_cuts_grid_generation(programName, files.strGrid, strRunDir, false, &offsets.dblX,
+                             &offsets.dblY, &offsets.dblZ);
+    std::cout << "Reading KX3.grid.dat..." << std::endl;
+    unsigned intFlags = 0;
+    FEL_pointer<FEL_mesh> grid = FEL_read_mesh(strGridFile, intFlags, -1);
+    std::cout << "Translate bodies..." << std::endl;
+    TranslateToGlobal(bodies, conversionFactor, strRunDir);
+    std::cout << "Writing translated bodies..." << std::endl;
+
+    std::cout << "Intersecting bodies with the grid..." << std::endl;
+    std::vector<_BodyStruct> surfaces;
+    for (const _BodyStruct& body : bodies)
+        if (body.eBodyType > BODY_ZCUT) surfaces.push_back(body);
+    IntersectGrid(grid, surfaces, strRunDir);
+    std::cout << "Calculating body cells..." << std::endl;
+    ClassifyCells(grid);
+
+    std::vector<FEL_vector3<int>> generatorCells;
+    if (blnMixed) generatorCells = ReadSolverBodyCells(strSolverInputFile);
+    WriteFinalOutput(strSolverInputFile, strGridFile, grid, offsets, generatorCells);
+    g_gridCells.Release();
+}
+
+// Start-up steps after the banner that concern the parent link. Returns false when the run must
+// end with status -1, after the message.
+static bool StartLink() {
+    int intLinkId = -1;
+    // A "linkid" without a value, or one that isn't a number, counts as not given: no link.
+    if (!Dorva::CommandLine::GetArgument("linkid", intLinkId)) return true;
+    if (intLinkId < 0) {
+        std::cerr << "GRID GEN ERROR:  Valid linkID must be specified" << std::endl;
+        return false;
+    }
+    if (pthread_mutex_init(&g_mutex, nullptr) != 0) {
+        std::cerr << "GRID GEN ERROR:  Could not initialize mutex" << std::endl;
+        return false;
+    }
+    // This build has no shared-memory link support, so the manager can't open the shared region:
+    // the parent gets the region's failure rather than a run that silently ignores it.
+    std::cerr << "GRID GEN ERROR: Failed to start the link manager: "
+              << Dorva::LinkManager::GetResultString(Dorva::LinkManager::SHARED_MEMORY_OPEN_FAILED);
+    pthread_mutex_destroy(&g_mutex);
+    return false;
+}
+
+int GridGenMain(int argc, char** argv) {
+    char buffer[300];
+    strCWD = std::string(getcwd(buffer, sizeof buffer) != nullptr ? buffer : "") + "/";
+    g_blnDebug = false;
+
+    Dorva::CommandLine::SetParameters(argc, argv);
+    std::string strGridFile, strRotorFile, strRunDir;
+    if (!Dorva::CommandLine::GetArgument("Grid", strGridFile) ||
+        !Dorva::CommandLine::GetArgument("SlvrRot", strRotorFile) ||
+        !Dorva::CommandLine::GetArgument("pth", strRunDir)) {
+        std::cerr << "GRID GEN ERROR:  Incorrect command line arguments" << std::endl;
+        return -1;
+    }
+    // Without its logs the run would leave no trace at all, so a run directory that can't take
+    // them ends the run here, on the inherited stderr.
+    if (!Dorva::Daemonize(strRunDir + "//Kavex3_GridGen.out", strRunDir + "//Kavex3_GridGen.err",
+                          false, false)) {
+        std::cerr << "GRID GEN ERROR:  Could not open the logs in " << strRunDir << ": "
+                  << std::strerror(errno) << std::endl;
+        return -1;
+    }
+    // Reopening made the error log buffered; unbuffered, it keeps the runtime's last words when an
+    // uncaught exception from a later stage aborts the run.
+    std::setvbuf(stderr, nullptr, _IONBF, 0);
+    std::set_terminate(TerminateWithText);
+    std::cout << "Vantor Version "
+              << "0.9.15 (Beta)"
+              << " Build "
+              << "396" << std::endl
+              << std::endl;
+    if (!StartLink()) return -1;
+
+    g_strTempDir = strRunDir;
+    RunFiles files;
+    files.strRotor = strRunDir + "//temp.SlvrRot";
+    CopyRotorFile(strRotorFile, files.strRotor);
+    g_vecstrTempFiles.push_back(files.strRotor);
+    files.strGrid = strRunDir + "//temp.Grid";
+    g_vecstrTempFiles.push_back(files.strGrid);
+    files.tempGrid.open(files.strGrid.c_str(), std::ios::trunc);
+
+    std::cout << "Reading .Grid file (" << strGridFile << ")..." << std::endl;
+    std::string strSolverInputFile;
+    // A project without a "Conversion Factor:" line keeps its bodies at their own scale.
+    FEL_vector3<float> conversionFactor(1.0f, 1.0f, 1.0f);
+    std::vector<_BodyStruct> bodies;
+    const bool blnFailed =
+        ReadGridFile(strGridFile, strSolverInputFile, files.tempGrid, conversionFactor, bodies);
+    strSolverInputFile = Dorva::FilePath(strSolverInputFile).Get();
+    if (blnFailed) {
+        std::fprintf(stderr, "%s/%d: ReadGridFile failed!\n", __FILE__, 506);
+        files.Remove();
+        std::exit(-1);
+    }
+
+    double a = 0.0, b = 0.0, c = 0.0;
+    if (all_bodies_are_cut_files(bodies)) {
+        std::cout << "Begin Grid Generation..." << std::endl;
+        all_cuts_grid_generation(argv[0], files.strGrid, strRunDir, true, &a, &b, &c);
+    } else {
+        RunFullPath(argv[0], strRunDir, files, bodies, conversionFactor, strSolverInputFile);
+    }
+
+    files.Remove();
+    return 0;
+}
