@@ -106,15 +106,9 @@ void ClassifyCells(FEL_pointer<FEL_mesh> mesh) {
     ++GridCell::s_ushtNewCounter;
     long count = 0;
     // The seed is fixed; a grid without it (one cell along k) gets no exterior.
-    if (d[0] >= 2 && d[1] >= 2 && d[2] >= 3) walk.Push(0, 0, 1);
-    walk.Run([&](GridCell& c) {
-        if (c.m_eState == CELL_INTERSECTED) {
-            ++count;
-            return false;
-        }
-        c.m_eState = CELL_EXTERIOR;
-        return true;
-    });
+    if (d[0] >= 2 && d[1] >= 2 && d[2] >= 3) walk.Seed(0, 0, 1);
+    walk.Run([](const GridCell& c) { return c.m_eState != CELL_INTERSECTED; },
+             [](GridCell& c) { c.m_eState = CELL_EXTERIOR; }, [&](GridCell&) { ++count; });
     if (g_blnDebug) std::cout << "There were " << count << " intersected cells." << std::endl;
 }
 
@@ -122,26 +116,24 @@ bool AnySubCellTouched(const GridCellArray& cells, FEL_vector3<int> p) {
     TriangleSpan tris = cells.Triangles(cells(p.x, p.y, p.z));
     if (tris.empty()) return false;
     FEL_vector3<float> lo = cells.CellMin(p.x, p.y, p.z), hi = cells.CellMax(p.x, p.y, p.z);
-    FEL_vector3<float> h;
-    CellBounds bounds[3];
+    // The sub-cells' corners as DiscretizeSpace makes them for 5 points a side.
+    float corner[3][5];
+    double wide[3][5];
     for (int a = 0; a < 3; ++a) {
-        h[a] = (hi[a] - lo[a]) / float(4);
-        for (int c = 0; c <= 4; ++c) bounds[a].m_vecCorner.push_back(float(c) * h[a] + lo[a]);
+        float h = (hi[a] - lo[a]) / float(4);
+        for (int c = 0; c <= 4; ++c) wide[a][c] = corner[a][c] = float(c) * h + lo[a];
     }
-    double scale = BoundsScale(bounds);
+    CellLocator locate(wide[0], 5, wide[1], 5, wide[2], 5);
     signed char open[64];
     for (signed char& o : open) o = -1;
     for (Triangle* t : tris) {
         IndexRange r[3];
-        if (!TriangleRanges(*t, scale, bounds, r)) continue;
+        if (!locate.Ranges(*t, r)) continue;
         for (int a = r[0].m_intFirst; a <= r[0].m_intLast; ++a)
             for (int b = r[1].m_intFirst; b <= r[1].m_intLast; ++b)
                 for (int c = r[2].m_intFirst; c <= r[2].m_intLast; ++c) {
-                    FEL_vector3<float> smin(bounds[0].m_vecCorner[a], bounds[1].m_vecCorner[b],
-                                            bounds[2].m_vecCorner[c]);
-                    FEL_vector3<float> smax(bounds[0].m_vecCorner[a + 1],
-                                            bounds[1].m_vecCorner[b + 1],
-                                            bounds[2].m_vecCorner[c + 1]);
+                    FEL_vector3<float> smin(corner[0][a], corner[1][b], corner[2][c]);
+                    FEL_vector3<float> smax(corner[0][a + 1], corner[1][b + 1], corner[2][c + 1]);
                     signed char& o = open[(a * 4 + b) * 4 + c];
                     if (o < 0) o = CubesIntersect(&smin.x, &smax.x, &lo.x, &hi.x) ? 1 : 0;
                     if (!o) continue;

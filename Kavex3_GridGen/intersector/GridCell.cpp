@@ -177,15 +177,11 @@ void DiscretizePlain(SearchGrid& grid, const std::vector<std::vector<Triangle*>>
 void DiscretizeFast(SearchGrid& grid, const std::vector<std::vector<Triangle*>>& lists,
                     const std::vector<FEL_vector3<float>>& mins,
                     const std::vector<FEL_vector3<float>>& maxs) {
-    CellBounds bounds[3];
-    for (int a = 0; a < 3; ++a) {
-        int n = grid.m_aintCount[a];
-        for (int c = 0; c <= n; ++c) {
-            FEL_vector3<float> p = grid.CellMin(c, c, c);
-            bounds[a].m_vecCorner.push_back(p[a]);
-        }
-    }
-    double scale = BoundsScale(bounds);
+    std::vector<double> corners[3];
+    for (int a = 0; a < 3; ++a)
+        for (int c = 0; c <= grid.m_aintCount[a]; ++c) corners[a].push_back(grid.CellMin(c, c, c)[a]);
+    CellLocator locate(corners[0].data(), int(corners[0].size()), corners[1].data(),
+                       int(corners[1].size()), corners[2].data(), int(corners[2].size()));
     std::vector<char> overlap(grid.m_vecLists.size());
     for (std::size_t m = 0; m < mins.size(); ++m) {
         for (int a = 0; a < grid.m_aintCount[0]; ++a)
@@ -197,7 +193,7 @@ void DiscretizeFast(SearchGrid& grid, const std::vector<std::vector<Triangle*>>&
                 }
         for (Triangle* t : lists[m]) {
             IndexRange r[3];
-            if (!TriangleRanges(*t, scale, bounds, r)) continue;
+            if (!locate.Ranges(*t, r)) continue;
             for (int a = r[0].m_intFirst; a <= r[0].m_intLast; ++a)
                 for (int b = r[1].m_intFirst; b <= r[1].m_intLast; ++b)
                     for (int c = r[2].m_intFirst; c <= r[2].m_intLast; ++c) {

@@ -28,10 +28,11 @@ namespace {
 const FEL_vector3<int> kSearchDims(10, 10, 10);
 
 void PushCorners(CellWalk& walk) {
-    int X = walk.m_aintCount[0] - 1, Y = walk.m_aintCount[1] - 1, Z = walk.m_aintCount[2] - 1;
+    int X = walk.Count(0) - 1, Y = walk.Count(1) - 1, Z = walk.Count(2) - 1;
     const int seeds[8][3] = {{X, Y, Z}, {0, Y, Z}, {X, 0, Z}, {X, Y, 0},
                              {0, 0, Z}, {X, 0, 0}, {0, Y, 0}, {0, 0, 0}};
-    for (const auto& s : seeds) walk.Push(s[0], s[1], s[2]);
+    // The last pushed is the first visited.
+    for (int n = 7; n >= 0; --n) walk.Seed(seeds[n][0], seeds[n][1], seeds[n][2]);
 }
 
 // The walk as the literal procedure: each popped cell searches its witnesses in list order.
@@ -75,11 +76,8 @@ void WalkFast(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
     CellWalk walk(cells);
     ++GridCell::s_ushtNewCounter;
     PushCorners(walk);
-    walk.Run([](GridCell& c) {
-        if (c.m_vecTriangles.empty()) return true;
-        c.m_eState = CELL_INTERSECTED;
-        return false;
-    });
+    walk.Run([](const GridCell& c) { return c.m_vecTriangles.empty(); }, [](GridCell&) {},
+             [](GridCell& c) { c.m_eState = CELL_INTERSECTED; });
     std::vector<std::uint32_t> ids, starts;
     std::vector<Triangle*> entries;
     GridCell* data = cells.Data();

@@ -69,9 +69,8 @@ void CellWitnesses(const std::vector<SearchGrid>& grids, const FEL_vector3<float
 void FindAllWitnesses(GridCellArray& cells, const std::vector<SearchGrid>& grids, int threads) {
     const int n[3] = {cells.Count(0), cells.Count(1), cells.Count(2)};
     if (std::size_t(n[0]) * n[1] * n[2] == 0) return;
-    CellBounds bounds[3];
-    for (int a = 0; a < 3; ++a) bounds[a].m_vecCorner = cells.Axis(a);
-    const double scale = BoundsScale(bounds);
+    std::vector<double> corners[3];
+    for (int a = 0; a < 3; ++a) corners[a].assign(cells.Axis(a).begin(), cells.Axis(a).end());
 
     // Per cell: the number of the search cell last looked at, times 4, plus 1 while it may still
     // take a witness from it, 2 once it has, 3 when it doesn't consult it.
@@ -83,7 +82,9 @@ void FindAllWitnesses(GridCellArray& cells, const std::vector<SearchGrid>& grids
         const int i0 = int(std::int64_t(n[0]) * piece / pieces);
         const int i1 = int(std::int64_t(n[0]) * (piece + 1) / pieces);
         if (i0 >= i1) return;
-        const float x0 = bounds[0].m_vecCorner[i0], x1 = bounds[0].m_vecCorner[i1];
+        const double x0 = corners[0][i0], x1 = corners[0][i1];
+        CellLocator locate(corners[0].data(), n[0] + 1, corners[1].data(), n[1] + 1,
+                           corners[2].data(), n[2] + 1);
         std::vector<std::pair<std::uint32_t, Triangle*>>& out = found[piece];
         std::uint32_t serial = 0;
         for (const SearchGrid& g : grids)
@@ -101,7 +102,7 @@ void FindAllWitnesses(GridCellArray& cells, const std::vector<SearchGrid>& grids
                             continue;
                         for (Triangle* t : list) {
                             IndexRange r[3];
-                            if (!TriangleRanges(*t, scale, bounds, r)) continue;
+                            if (!locate.Ranges(*t, r)) continue;
                             int ia = std::max(r[0].m_intFirst, i0);
                             int ib = std::min(r[0].m_intLast, i1 - 1);
                             for (int i = ia; i <= ib; ++i)
