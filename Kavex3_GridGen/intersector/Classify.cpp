@@ -58,7 +58,8 @@ int IsCellInteriorPlain(FEL_vector3<int> p, GridCellArray& cells, GridCell& cell
         tried[f] = true;
         const Face& face = kFaces[f];
         auto isStart = [&](const FEL_vector3<int>& s) {
-            return sub.m_vecLists[sub.Linear(s.x, s.y, s.z)].empty() && state[at(s.x, s.y, s.z)] == 0;
+            return sub.m_vecLists[sub.Linear(s.x, s.y, s.z)].empty() &&
+                   state[at(s.x, s.y, s.z)] == 0;
         };
         FEL_vector3<int> start(face.m_aintFirst[0], face.m_aintFirst[1], face.m_aintFirst[2]);
         bool found = isStart(start);
@@ -199,7 +200,7 @@ long long DecideCells(GridCellArray& cells, long long& intersected) {
                     for (const Face& f : kFaces) open = open || FaceQualifies(f, p, cells);
                     state = !open || (!empty && touched[cell.m_vecTriangles.m_uintHandle - 1])
                                 ? CELL_INTERIOR
-                                                                     : Decision(64, 0, empty);
+                                : Decision(64, 0, empty);
                 }
                 cell.m_eState = CellState(state);
                 if (state == CELL_INTERSECTED)

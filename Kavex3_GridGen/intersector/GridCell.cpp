@@ -12,7 +12,9 @@
 
 std::uint16_t GridCell::s_ushtNewCounter = 0;
 
-GridCellArray::~GridCellArray() { Release(); }
+GridCellArray::~GridCellArray() {
+    Release();
+}
 
 void GridCellArray::Reset(const std::vector<float> axes[3]) {
     Release();
@@ -55,7 +57,8 @@ void GridCellArray::SetLists(const std::vector<std::uint32_t>& cells,
     m_vecListStart.assign(starts.begin(), starts.end());
     m_vecListSize.resize(cells.size());
     for (std::size_t n = 0; n < cells.size(); ++n) {
-        std::uint32_t end = n + 1 < cells.size() ? starts[n + 1] : std::uint32_t(m_vecEntries.size());
+        std::uint32_t end =
+            n + 1 < cells.size() ? starts[n + 1] : std::uint32_t(m_vecEntries.size());
         m_vecListSize[n] = end - starts[n];
         m_vecCells[cells[n]].m_vecTriangles.m_uintHandle = std::uint32_t(n + 1);
     }
@@ -179,7 +182,8 @@ void DiscretizeFast(SearchGrid& grid, const std::vector<std::vector<Triangle*>>&
                     const std::vector<FEL_vector3<float>>& maxs) {
     std::vector<double> corners[3];
     for (int a = 0; a < 3; ++a)
-        for (int c = 0; c <= grid.m_aintCount[a]; ++c) corners[a].push_back(grid.CellMin(c, c, c)[a]);
+        for (int c = 0; c <= grid.m_aintCount[a]; ++c)
+            corners[a].push_back(grid.CellMin(c, c, c)[a]);
     CellLocator locate(corners[0].data(), int(corners[0].size()), corners[1].data(),
                        int(corners[1].size()), corners[2].data(), int(corners[2].size()));
     std::vector<char> overlap(grid.m_vecLists.size());
@@ -200,7 +204,8 @@ void DiscretizeFast(SearchGrid& grid, const std::vector<std::vector<Triangle*>>&
                         std::size_t s = grid.Linear(a, b, c);
                         if (!overlap[s]) continue;
                         FEL_vector3<double> lo(grid.CellMin(a, b, c)), hi(grid.CellMax(a, b, c));
-                        if (t->PartialBoundingBoxTest(&lo.x, &hi.x)) grid.m_vecLists[s].push_back(t);
+                        if (t->PartialBoundingBoxTest(&lo.x, &hi.x))
+                            grid.m_vecLists[s].push_back(t);
                     }
         }
     }

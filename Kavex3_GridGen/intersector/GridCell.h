@@ -110,14 +110,16 @@ class GridCellArray {
     int m_aintCount[3] = {0, 0, 0};
     std::vector<float> m_avecAxes[3];
     std::vector<GridCell> m_vecCells;
-    // List n (handle n + 1) is m_vecEntries[m_vecListStart[n] .. m_vecListStart[n] + m_vecListSize[n]).
+    // List n (handle n + 1) is m_vecEntries[m_vecListStart[n] .. m_vecListStart[n] +
+    // m_vecListSize[n]).
     std::vector<std::uint32_t> m_vecListStart;
     std::vector<std::uint32_t> m_vecListSize;
     std::vector<Triangle*> m_vecEntries;
     std::vector<Triangle*> m_vecOwned;
 };
 
-// A uniform search grid over a box: n[a] cells per axis, cell c from c * h + lo to (c + 1) * h + lo.
+// A uniform search grid over a box: n[a] cells per axis, cell c from c * h + lo to (c + 1) * h +
+// lo.
 struct SearchGrid {
     FEL_vector3<float> m_v3fLow;
     FEL_vector3<float> m_v3fStep;

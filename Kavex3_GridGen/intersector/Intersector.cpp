@@ -22,7 +22,9 @@ int IntersectThreads() {
     return n > 0 ? n : int(std::max(1u, std::thread::hardware_concurrency()));
 }
 
-std::size_t IntersectBytesPerCell() { return sizeof(GridCell) + sizeof(std::uint32_t); }
+std::size_t IntersectBytesPerCell() {
+    return sizeof(GridCell) + sizeof(std::uint32_t);
+}
 
 namespace {
 const FEL_vector3<int> kSearchDims(10, 10, 10);
@@ -154,7 +156,8 @@ void IntersectZones(std::vector<SurfaceZone>& zones, const std::string& folder) 
     std::vector<SearchGrid> grids;
     for (SurfaceZone& z : zones) {
         cells.Own(z.m_vecTriangles);
-        if (g_blnDebug) std::cout << "Number of triangles: " << z.m_vecTriangles.size() << std::endl;
+        if (g_blnDebug)
+            std::cout << "Number of triangles: " << z.m_vecTriangles.size() << std::endl;
         lists.push_back(z.m_vecTriangles);
         FEL_vector3<float> box[2] = {z.m_v3fMin - FEL_vector3<float>(1.0f, 1.0f, 1.0f),
                                      z.m_v3fMax + FEL_vector3<float>(1.0f, 1.0f, 1.0f)};
@@ -178,7 +181,8 @@ void IntersectZones(std::vector<SurfaceZone>& zones, const std::string& folder) 
                         Dorva::FilePath(folder + "//trisglobal.dat").Get());
 }
 
-void IntersectGrid(FEL_pointer<FEL_mesh> grid, std::vector<_BodyStruct> bodies, std::string folder) {
+void IntersectGrid(FEL_pointer<FEL_mesh> grid, std::vector<_BodyStruct> bodies,
+                   std::string folder) {
     CreateGrid(g_gridCells, grid);
     std::vector<SurfaceZone> zones;
     for (const _BodyStruct& body : bodies) {

@@ -11,7 +11,9 @@
 #include "intersector/TriangleBox.h"
 
 namespace {
-int Truncate(double x) { return int(std::max(-1e9, std::min(1e9, x))); }
+int Truncate(double x) {
+    return int(std::max(-1e9, std::min(1e9, x)));
+}
 
 // Relevance of a search cell to grid cells, from the corners as stored in single precision.
 struct SearchCellView {

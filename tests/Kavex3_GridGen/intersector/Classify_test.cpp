@@ -26,7 +26,8 @@ class Classify : public ::testing::Test {
     static std::string Fill(int n) {
         g_blnDebug = true;
         testing::internal::CaptureStdout();
-        ClassifyCells(FEL_pointer<FEL_mesh>(new FEL_regular_mesh(n + 1, n + 1, n + 1, 1, 1, 1, "g")));
+        ClassifyCells(
+            FEL_pointer<FEL_mesh>(new FEL_regular_mesh(n + 1, n + 1, n + 1, 1, 1, 1, "g")));
         g_blnDebug = false;
         return testing::internal::GetCapturedStdout();
     }
@@ -61,9 +62,9 @@ TEST_F(Classify, SealedCellsTouchingAtAnEdgeStaySealed) {
 
 struct DecisionCase {
     const char* what;
-    int i;                    // cell (i, 2, 2) of 6 x 5 x 5
-    int exteriorNeighbourI;   // -1: none
-    int triangle;             // 0 none, 1 touching the cell, 2 far away (no sub-cell takes it)
+    int i;                   // cell (i, 2, 2) of 6 x 5 x 5
+    int exteriorNeighbourI;  // -1: none
+    int triangle;            // 0 none, 1 touching the cell, 2 far away (no sub-cell takes it)
     int expect;
 };
 
@@ -86,7 +87,8 @@ TEST_F(Classify, IsCellInteriorDecisionTable) {
             if (c.exteriorNeighbourI >= 0)
                 g_gridCells(c.exteriorNeighbourI, 2, 2).m_eState = CELL_EXTERIOR;
             std::vector<Triangle*> tris;
-            if (c.triangle == 1) tris = {Tri(c.i + 0.1, 2.1, 2.5, c.i + 0.9, 2.2, 2.5, c.i + 0.5, 2.9, 2.5)};
+            if (c.triangle == 1)
+                tris = {Tri(c.i + 0.1, 2.1, 2.5, c.i + 0.9, 2.2, 2.5, c.i + 0.5, 2.9, 2.5)};
             if (c.triangle == 2) tris = {Tri(9, 9, 9, 9.5, 9, 9, 9, 9.5, 9)};
             for (Triangle* t : tris) g_gridCells.Append(cell, t);
             g_gridCells.Own(tris);

@@ -25,7 +25,8 @@ using Zones = std::vector<std::vector<Triangle>>;
 
 std::vector<int> States() {
     std::vector<int> s;
-    for (std::size_t c = 0; c < g_gridCells.Size(); ++c) s.push_back(g_gridCells.Data()[c].m_eState);
+    for (std::size_t c = 0; c < g_gridCells.Size(); ++c)
+        s.push_back(g_gridCells.Data()[c].m_eState);
     return s;
 }
 
@@ -46,12 +47,14 @@ Outcome Run(const std::vector<float> axes[3], const Zones& zones, bool plain, in
     IntersectZones(z, ".");
     Outcome o;
     for (std::size_t c = 0; c < g_gridCells.Size(); ++c) {
-        for (Triangle* t : g_gridCells.Triangles(g_gridCells.Data()[c])) o.witnesses.push_back(name[t]);
+        for (Triangle* t : g_gridCells.Triangles(g_gridCells.Data()[c]))
+            o.witnesses.push_back(name[t]);
         o.witnesses.push_back(-1);
     }
     o.walked = States();
     int n[3] = {g_gridCells.Count(0), g_gridCells.Count(1), g_gridCells.Count(2)};
-    ClassifyCells(FEL_pointer<FEL_mesh>(new FEL_regular_mesh(n[0] + 1, n[1] + 1, n[2] + 1, 1, 1, 1, "g")));
+    ClassifyCells(
+        FEL_pointer<FEL_mesh>(new FEL_regular_mesh(n[0] + 1, n[1] + 1, n[2] + 1, 1, 1, 1, "g")));
     o.classified = States();
     o.body = DecideCells(g_gridCells, o.intersected);
     o.decided = States();
@@ -63,7 +66,8 @@ Outcome Run(const std::vector<float> axes[3], const Zones& zones, bool plain, in
 void ExpectSame(const std::vector<float> axes[3], const Zones& zones, const std::string& what) {
     Outcome plain = Run(axes, zones, true, 1);
     EXPECT_GT(plain.body, 0) << what;
-    for (int threads : {1, 3}) EXPECT_TRUE(Run(axes, zones, false, threads) == plain) << what << " " << threads;
+    for (int threads : {1, 3})
+        EXPECT_TRUE(Run(axes, zones, false, threads) == plain) << what << " " << threads;
 }
 
 // A peers' shape at n^3 cells, its vertices in single precision as its STL file holds them.
@@ -110,7 +114,8 @@ TEST(Identity, RandomBodies) {
         std::vector<float> axes[3];
         for (int a = 0; a < 3; ++a) {
             float x = float(-3.0 * u(rng));
-            for (int c = 0; c <= 10 + int(seed % 3) + a; ++c, x += float(0.2 + u(rng))) axes[a].push_back(x);
+            for (int c = 0; c <= 10 + int(seed % 3) + a; ++c, x += float(0.2 + u(rng)))
+                axes[a].push_back(x);
         }
         auto coord = [&](int a) {
             const std::vector<float>& ax = axes[a];

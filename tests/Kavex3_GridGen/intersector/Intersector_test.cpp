@@ -57,7 +57,8 @@ TEST_P(Walk, TheSecondLayerMarksTheOutermostWithoutTriangles) {
 TEST_P(Walk, OneCellIsEveryCornerAndUnusedBodiesAreSkipped) {
     FEL_pointer<FEL_mesh> grid(new FEL_regular_mesh(2, 2, 2, 1, 1, 1, "grid"));
     _BodyStruct used, unused;
-    used.pMesh = unused.pMesh = FEL_pointer<FEL_mesh>(new FEL_regular_mesh(2, 2, 1, 0.5f, 0.5f, 1, "b"));
+    used.pMesh = unused.pMesh =
+        FEL_pointer<FEL_mesh>(new FEL_regular_mesh(2, 2, 1, 0.5f, 0.5f, 1, "b"));
     used.blnUsedInSolver = true;
     IntersectGrid(grid, {unused}, ".");
     EXPECT_EQ(g_gridCells(0, 0, 0).m_eState, CELL_UNKNOWN);

@@ -16,7 +16,8 @@ const P kOffset(0.0123, -0.0071, 0.0049);
 inline void Sphere(int nlon, int nbands, const Sink& out) {
     auto p = [&](int l, int m) {
         double th = M_PI * l / nbands, ph = 2.0 * M_PI * (m % nlon) / nlon, s = std::sin(th);
-        return P(kOffset.x + s * std::cos(ph), kOffset.y + s * std::sin(ph), kOffset.z + std::cos(th));
+        return P(kOffset.x + s * std::cos(ph), kOffset.y + s * std::sin(ph),
+                 kOffset.z + std::cos(th));
     };
     P north(kOffset.x, kOffset.y, kOffset.z + 1), south(kOffset.x, kOffset.y, kOffset.z - 1);
     for (int m = 0; m < nlon; ++m) {
@@ -34,7 +35,8 @@ inline void Torus(const Sink& out) {
     const double ct = std::cos(25.0 * M_PI / 180), st = std::sin(25.0 * M_PI / 180);
     auto p = [&](int i, int j) {
         double u = 2.0 * M_PI * (i % nu) / nu, v = 2.0 * M_PI * (j % nv) / nv;
-        double x = (1 + 0.35 * std::cos(v)) * std::cos(u), y = (1 + 0.35 * std::cos(v)) * std::sin(u);
+        double x = (1 + 0.35 * std::cos(v)) * std::cos(u),
+               y = (1 + 0.35 * std::cos(v)) * std::sin(u);
         double z = 0.35 * std::sin(v);
         return P(kOffset.x + x, kOffset.y + ct * y - st * z, kOffset.z + st * y + ct * z);
     };
@@ -60,7 +62,8 @@ inline void Rotor(const Sink& out) {
     }
     const double zt = kOffset.z + 0.5 * t, zb = kOffset.z - 0.5 * t;
     auto at = [&](std::size_t i, double z) {
-        return P(kOffset.x + ring[i % ring.size()].first, kOffset.y + ring[i % ring.size()].second, z);
+        return P(kOffset.x + ring[i % ring.size()].first, kOffset.y + ring[i % ring.size()].second,
+                 z);
     };
     P ctop(kOffset.x, kOffset.y, zt), cbot(kOffset.x, kOffset.y, zb);
     for (std::size_t i = 0; i < ring.size(); ++i) {

@@ -15,13 +15,13 @@ struct CloseCase {
 
 TEST(Close, MantissasAtEqualExponentsWithAShiftAtZero) {
     const CloseCase cases[] = {
-        {0.0, 0.00005, true},        // both shifted to near 1.0
-        {0.0, 0.5, false},           //
+        {0.0, 0.00005, true},           // both shifted to near 1.0
+        {0.0, 0.5, false},              //
         {0.9999999, 1.0000001, false},  // either side of a power of two
-        {1000.0, 1000.05, true},     // relative: 0.05 is within the mantissa tolerance at 1000
-        {1.0, 1.0003, false},        //
-        {0.00019, 0.0, true},        // near zero is one-sided: [0, 0.0002) ...
-        {-0.00001, 0.0, false},      // ... and a small negative falls below 1.0 after the shift
+        {1000.0, 1000.05, true},        // relative: 0.05 is within the mantissa tolerance at 1000
+        {1.0, 1.0003, false},           //
+        {0.00019, 0.0, true},           // near zero is one-sided: [0, 0.0002) ...
+        {-0.00001, 0.0, false},         // ... and a small negative falls below 1.0 after the shift
     };
     for (const CloseCase& c : cases) EXPECT_EQ(Close(c.a, c.b), c.close) << c.a << " " << c.b;
 }
@@ -42,7 +42,7 @@ TEST(OppositeSidesAndDoesIntersect, PointsAndLinesInThePlaneCount) {
     EXPECT_TRUE(OppositeSides(a, b, c, inPlane, up));
     EXPECT_FALSE(OppositeSides(a, b, c, up, up2));
     EXPECT_TRUE(OppositeSides(a, b, c, up, down));
-    EXPECT_TRUE(DoesIntersect(a, b, c, up, down));        // pierces
+    EXPECT_TRUE(DoesIntersect(a, b, c, up, down));         // pierces
     EXPECT_FALSE(DoesIntersect(a, b, c, offUp, offDown));  // misses
     EXPECT_TRUE(DoesIntersect(a, b, c, a, b));             // along an edge: all volumes zero
     double p[3] = {-3, 2, 0}, q[3] = {-1, 7, 0};

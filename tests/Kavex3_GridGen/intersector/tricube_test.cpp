@@ -16,6 +16,7 @@ long Common(long (*code)(const double*), const _Triangle3& t) {
 }
 
 TEST(TriangleCube, EachDecision) {
+    // clang-format off
     const CubeCase cases[] = {
         {"vertex on the cube's corner: inside", {{0.5, 0.5, 0.5}, {3, 3, 3}, {3, 4, 3}}, true, 0, 0, 0},
         {"wholly beyond x = 0.5: faces", {{0.6, 0, 0}, {0.7, 0.1, 0}, {0.8, -0.1, 0.1}}, false, 0x01, 0, 0},
@@ -28,6 +29,7 @@ TEST(TriangleCube, EachDecision) {
         // Plane x + 2y + 3z = 3.5 misses the cube, yet no one of the 26 planes separates it.
         {"passes every outcode, misses", {{10, 10, -8.8333333}, {-10, 10, -2.1666667}, {0, -10, 7.8333333}}, false, 0, 0, 0},
     };
+    // clang-format on
     for (const CubeCase& c : cases) {
         EXPECT_EQ(t_c_intersection(c.t) != 0, c.touches) << c.what;
         EXPECT_EQ(Common(face_plane, c.t), c.faceCommon) << c.what;
