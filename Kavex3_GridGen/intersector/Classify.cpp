@@ -158,56 +158,51 @@ int IsCellInterior(FEL_vector3<int> index, GridCellArray& cells, GridCell& cell)
 }
 
 long long DecideCells(GridCellArray& cells, long long& intersected) {
-    const int n[3] = {cells.Count(0), cells.Count(1), cells.Count(2)};
     intersected = 0;
     if (cells.Size() == 0) return 0;
-    // Whether a touched cell's sub-cells are touched depends on no state: found first, in
-    // parallel, by slabs of i.
-    std::vector<char> touched(cells.ListCount(), 0);
+    // Whether a touched cell's sub-cells are touched depends on no state: found first, for all
+    // lists at once, on the option's threads.
+    const int lists = int(cells.ListCount());
+    std::vector<char> touched(lists, 0);
     if (!g_intersectOptions.m_blnPlain) {
         int threads = IntersectThreads();
-        int pieces = std::min(n[0], 8 * threads);
+        int pieces = std::max(1, std::min(lists, 16 * threads));
         RunPieces(pieces, threads, [&](int piece) {
-            int i0 = int(std::int64_t(n[0]) * piece / pieces);
-            int i1 = int(std::int64_t(n[0]) * (piece + 1) / pieces);
-            for (int i = i0; i < i1; ++i)
-                for (int j = 0; j < n[1]; ++j)
-                    for (int k = 0; k < n[2]; ++k)
-                        if (!cells(i, j, k).m_vecTriangles.empty())
-                            touched[cells(i, j, k).m_vecTriangles.m_uintHandle - 1] =
-                                AnySubCellTouched(cells, {i, j, k});
+            int from = int(std::int64_t(lists) * piece / pieces);
+            int to = int(std::int64_t(lists) * (piece + 1) / pieces);
+            for (int n = from; n < to; ++n)
+                touched[n] = AnySubCellTouched(cells, cells.Index(cells.ListCell(n + 1)));
         });
     }
+    // The scan: i, j, k all downwards, which is the linear order backwards.
     long long body = 0;
     bool called = false;
-    for (int i = n[0] - 1; i >= 0; --i)
-        for (int j = n[1] - 1; j >= 0; --j)
-            for (int k = n[2] - 1; k >= 0; --k) {
-                GridCell& cell = cells(i, j, k);
-                bool empty = cell.m_vecTriangles.empty();
-                if (empty && cell.m_eState == CELL_EXTERIOR) continue;
-                if (empty && cell.m_eState != CELL_INTERSECTED) {
-                    ++body;
-                    continue;
-                }
-                FEL_vector3<int> p(i, j, k);
-                called = true;
-                int state;
-                if (g_intersectOptions.m_blnPlain) {
-                    state = IsCellInterior(p, cells, cell);
-                } else {
-                    bool open = false;
-                    for (const Face& f : kFaces) open = open || FaceQualifies(f, p, cells);
-                    state = !open || (!empty && touched[cell.m_vecTriangles.m_uintHandle - 1])
-                                ? CELL_INTERIOR
-                                : Decision(64, 0, empty);
-                }
-                cell.m_eState = CellState(state);
-                if (state == CELL_INTERSECTED)
-                    ++intersected;
-                else if (state != CELL_EXTERIOR)
-                    ++body;
-            }
+    GridCell* data = cells.Data();
+    for (std::size_t id = cells.Size(); id-- > 0;) {
+        GridCell& cell = data[id];
+        bool empty = cell.m_vecTriangles.empty();
+        if (empty && cell.m_eState == CELL_EXTERIOR) continue;
+        if (empty && cell.m_eState != CELL_INTERSECTED) {
+            ++body;
+            continue;
+        }
+        FEL_vector3<int> p = cells.Index(id);
+        called = true;
+        int state;
+        if (g_intersectOptions.m_blnPlain) {
+            state = IsCellInterior(p, cells, cell);
+        } else {
+            bool open = false;
+            for (const Face& f : kFaces) open = open || FaceQualifies(f, p, cells);
+            bool hit = !empty && touched[cell.m_vecTriangles.m_uintHandle - 1];
+            state = !open || hit ? CELL_INTERIOR : Decision(64, 0, empty);
+        }
+        cell.m_eState = CellState(state);
+        if (state == CELL_INTERSECTED)
+            ++intersected;
+        else if (state != CELL_EXTERIOR)
+            ++body;
+    }
     // As after the last IsCellInterior.
     if (called) GridCell::s_ushtNewCounter = 0;
     return body;

@@ -3,7 +3,9 @@
 #include "intersector/GridCell.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <iostream>
+#include <new>
 #include <stdexcept>
 
 #include "FEL_axis_aligned_mesh.h"
@@ -26,15 +28,22 @@ void GridCellArray::Reset(const std::vector<float> axes[3]) {
     }
     // Cells and list entries are numbered in 32 bits.
     if (n >= (std::size_t(1) << 32)) throw std::length_error("The grid has too many cells.");
-    m_vecCells.assign(n, GridCell());
+    if (n > 0) {
+        m_pCells = static_cast<GridCell*>(std::calloc(n, sizeof(GridCell)));
+        if (!m_pCells) throw std::bad_alloc();
+        m_uintCells = n;
+    }
 }
 
 void GridCellArray::Release() {
     for (Triangle* t : m_vecOwned) delete t;
     m_vecOwned = {};
-    m_vecCells = {};
+    std::free(m_pCells);
+    m_pCells = nullptr;
+    m_uintCells = 0;
     m_vecListStart = {};
     m_vecListSize = {};
+    m_vecListCell = {};
     m_vecEntries = {};
     for (int a = 0; a < 3; ++a) {
         m_avecAxes[a] = {};
@@ -52,15 +61,16 @@ TriangleSpan GridCellArray::Triangles(const GridCell& cell) const {
 void GridCellArray::SetLists(const std::vector<std::uint32_t>& cells,
                              const std::vector<std::uint32_t>& starts,
                              std::vector<Triangle*>&& entries) {
-    for (GridCell& c : m_vecCells) c.m_vecTriangles.clear();
+    for (std::uint32_t c : m_vecListCell) m_pCells[c].m_vecTriangles.clear();
     m_vecEntries = std::move(entries);
     m_vecListStart.assign(starts.begin(), starts.end());
     m_vecListSize.resize(cells.size());
+    m_vecListCell = cells;
     for (std::size_t n = 0; n < cells.size(); ++n) {
         std::uint32_t end =
             n + 1 < cells.size() ? starts[n + 1] : std::uint32_t(m_vecEntries.size());
         m_vecListSize[n] = end - starts[n];
-        m_vecCells[cells[n]].m_vecTriangles.m_uintHandle = std::uint32_t(n + 1);
+        m_pCells[cells[n]].m_vecTriangles.m_uintHandle = std::uint32_t(n + 1);
     }
 }
 
@@ -73,6 +83,7 @@ void GridCellArray::Append(GridCell& cell, Triangle* t) {
     if (cell.m_vecTriangles.empty()) {
         m_vecListStart.push_back(start);
         m_vecListSize.push_back(1);
+        m_vecListCell.push_back(std::uint32_t(&cell - m_pCells));
         cell.m_vecTriangles.m_uintHandle = std::uint32_t(m_vecListStart.size());
     } else {
         std::uint32_t n = cell.m_vecTriangles.m_uintHandle - 1;

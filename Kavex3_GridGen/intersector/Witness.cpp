@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <new>
 #include <utility>
 
 #include "intersector/Parallel.h"
@@ -76,7 +79,11 @@ void FindAllWitnesses(GridCellArray& cells, const std::vector<SearchGrid>& grids
 
     // Per cell: the number of the search cell last looked at, times 4, plus 1 while it may still
     // take a witness from it, 2 once it has, 3 when it doesn't consult it.
-    std::vector<std::uint32_t> stamp(cells.Size(), 0);
+    // Zeroed lazily by the system: only the pages of cells near the surface are touched.
+    std::unique_ptr<std::uint32_t, void (*)(void*)> stampHold(
+        static_cast<std::uint32_t*>(std::calloc(cells.Size(), sizeof(std::uint32_t))), std::free);
+    if (!stampHold) throw std::bad_alloc();
+    std::uint32_t* stamp = stampHold.get();
     const int pieces = std::min(n[0], 8 * std::max(1, threads == 0 ? 8 : threads));
     std::vector<std::vector<std::pair<std::uint32_t, Triangle*>>> found(pieces);
 
@@ -132,7 +139,7 @@ void FindAllWitnesses(GridCellArray& cells, const std::vector<SearchGrid>& grids
         std::stable_sort(out.begin(), out.end(),
                          [](const auto& x, const auto& y) { return x.first < y.first; });
     });
-    stamp = {};
+    stampHold.reset();
 
     std::size_t total = 0;
     for (const auto& f : found) total += f.size();
