@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "intersector/Parallel.h"
@@ -74,6 +75,9 @@ void CellWitnesses(const std::vector<SearchGrid>& grids, const FEL_vector3<float
 void FindAllWitnesses(GridCellArray& cells, const std::vector<SearchGrid>& grids, int threads) {
     const int n[3] = {cells.Count(0), cells.Count(1), cells.Count(2)};
     if (std::size_t(n[0]) * n[1] * n[2] == 0) return;
+    std::size_t searchCells = 0;
+    for (const SearchGrid& g : grids) searchCells += g.m_vecLists.size();
+    if (searchCells >= (std::size_t(1) << 30)) throw std::length_error("Too many body zones.");
     std::vector<double> corners[3];
     for (int a = 0; a < 3; ++a) corners[a].assign(cells.Axis(a).begin(), cells.Axis(a).end());
 
