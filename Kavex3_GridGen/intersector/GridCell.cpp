@@ -11,6 +11,7 @@
 #include "FEL_axis_aligned_mesh.h"
 #include "intersector/Intersector.h"
 #include "intersector/TriangleBox.h"
+#include "intersector/ZeroedMemory.h"
 
 std::uint16_t GridCell::s_ushtNewCounter = 0;
 
@@ -29,8 +30,7 @@ void GridCellArray::Reset(const std::vector<float> axes[3]) {
     // Cells and list entries are numbered in 32 bits.
     if (n >= (std::size_t(1) << 32)) throw std::length_error("The grid has too many cells.");
     if (n > 0) {
-        m_pCells = static_cast<GridCell*>(std::calloc(n, sizeof(GridCell)));
-        if (!m_pCells) throw std::bad_alloc();
+        m_pCells = static_cast<GridCell*>(AllocateZeroed(n * sizeof(GridCell)));
         m_uintCells = n;
     }
 }
@@ -38,7 +38,7 @@ void GridCellArray::Reset(const std::vector<float> axes[3]) {
 void GridCellArray::Release() {
     for (Triangle* t : m_vecOwned) delete t;
     m_vecOwned = {};
-    std::free(m_pCells);
+    FreeZeroed(m_pCells, m_uintCells * sizeof(GridCell));
     m_pCells = nullptr;
     m_uintCells = 0;
     m_vecListStart = {};

@@ -37,7 +37,7 @@ struct GridCell {
 
     static std::uint16_t s_ushtNewCounter;
 };
-static_assert(std::is_trivially_copyable<GridCell>::value, "cells live in calloc'd memory");
+static_assert(std::is_trivially_copyable<GridCell>::value, "cells live in zeroed memory");
 
 // A read-only run of triangle pointers.
 struct TriangleSpan {
@@ -119,8 +119,7 @@ class GridCellArray {
   private:
     int m_aintCount[3] = {0, 0, 0};
     std::vector<float> m_avecAxes[3];
-    // From calloc: an unknown cell with an empty list is all zero bytes, and the pages of cells
-    // that no stage touches are never written.
+    // Zeroed memory from the system: an unknown cell with an empty list is all zero bytes.
     GridCell* m_pCells = nullptr;
     std::size_t m_uintCells = 0;
     // List n (handle n + 1) is m_vecEntries[m_vecListStart[n] .. m_vecListStart[n] +

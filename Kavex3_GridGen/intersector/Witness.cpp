@@ -5,14 +5,14 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
+#include <functional>
 #include <memory>
-#include <new>
 #include <stdexcept>
 #include <utility>
 
 #include "intersector/Parallel.h"
 #include "intersector/TriangleBox.h"
+#include "intersector/ZeroedMemory.h"
 
 namespace {
 int Truncate(double x) {
@@ -83,10 +83,11 @@ void FindAllWitnesses(GridCellArray& cells, const std::vector<SearchGrid>& grids
 
     // Per cell: the number of the search cell last looked at, times 4, plus 1 while it may still
     // take a witness from it, 2 once it has, 3 when it doesn't consult it.
-    // Zeroed lazily by the system: only the pages of cells near the surface are touched.
-    std::unique_ptr<std::uint32_t, void (*)(void*)> stampHold(
-        static_cast<std::uint32_t*>(std::calloc(cells.Size(), sizeof(std::uint32_t))), std::free);
-    if (!stampHold) throw std::bad_alloc();
+    // Only the pages of cells near the surface are ever touched.
+    const std::size_t stampBytes = cells.Size() * sizeof(std::uint32_t);
+    std::unique_ptr<std::uint32_t, std::function<void(std::uint32_t*)>> stampHold(
+        static_cast<std::uint32_t*>(AllocateZeroed(stampBytes)),
+        [stampBytes](std::uint32_t* p) { FreeZeroed(p, stampBytes); });
     std::uint32_t* stamp = stampHold.get();
     const int pieces = std::min(n[0], 8 * std::max(1, threads == 0 ? 8 : threads));
     std::vector<std::vector<std::pair<std::uint32_t, Triangle*>>> found(pieces);
