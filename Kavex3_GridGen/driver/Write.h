@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "driver/BodyStruct.h"
+#include "intersector/BodyStruct.h"
 #include "FEL_mesh.h"
 #include "FEL_pointer.h"
 #include "FEL_vector3.h"

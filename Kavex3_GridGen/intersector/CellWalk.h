@@ -1,5 +1,7 @@
-// A walk over the faces of grid cells with a flat stack of cell numbers; a cell is marked with the
-// visit counter when pushed, so each is taken once whatever the order.
+// A walk over the faces of grid cells by runs along k: a popped seed grows into the longest run
+// of open cells not yet visited, every cell met is marked with the visit counter, and the rows
+// beside the run get a seed per stretch of open cells. Each cell is taken once whatever the
+// order, so the walk reaches exactly the cells that a cell-by-cell walk reaches.
 #pragma once
 
 #include <cstdint>
@@ -7,37 +9,87 @@
 
 #include "intersector/GridCell.h"
 
-struct CellWalk {
-    GridCellArray& m_cells;
-    int m_aintCount[3];
-    std::vector<std::uint32_t> m_vecStack;
-
+class CellWalk {
+  public:
     explicit CellWalk(GridCellArray& cells) : m_cells(cells) {
         for (int a = 0; a < 3; ++a) m_aintCount[a] = cells.Count(a);
     }
-    void Push(int i, int j, int k) {
-        GridCell& c = m_cells(i, j, k);
-        if (c.m_ushtCounter == GridCell::s_ushtNewCounter) return;
-        c.m_ushtCounter = GridCell::s_ushtNewCounter;
-        m_vecStack.push_back(std::uint32_t(m_cells.Linear(i, j, k)));
-    }
-    // Takes cells until the stack is empty, spreading to the face neighbours of each cell for
-    // which spread(cell) is true.
-    template <class Spread>
-    void Run(const Spread& spread) {
-        const std::uint32_t nk = std::uint32_t(m_aintCount[2]), nj = std::uint32_t(m_aintCount[1]);
+    int Count(int axis) const { return m_aintCount[axis]; }
+
+    // Visits cell (i, j, k) first. Each cell reached is handed once to enter when open(cell)
+    // holds, and the walk goes on through it; otherwise once to stop, and the walk halts there.
+    void Seed(int i, int j, int k) { m_vecStack.push_back({i, j, k}); }
+
+    template <class Open, class Enter, class Stop>
+    void Run(const Open& open, const Enter& enter, const Stop& stop) {
+        const std::uint16_t mark = GridCell::s_ushtNewCounter;
+        const int nk = m_aintCount[2];
         while (!m_vecStack.empty()) {
-            std::uint32_t id = m_vecStack.back();
+            Seed3 s = m_vecStack.back();
             m_vecStack.pop_back();
-            if (!spread(m_cells.Data()[id])) continue;
-            int k = int(id % nk), j = int((id / nk) % nj), i = int(id / nk / nj);
-            if (i > 0) Push(i - 1, j, k);
-            if (i + 1 < m_aintCount[0]) Push(i + 1, j, k);
-            if (j > 0) Push(i, j - 1, k);
-            if (j + 1 < m_aintCount[1]) Push(i, j + 1, k);
-            if (k > 0) Push(i, j, k - 1);
-            if (k + 1 < m_aintCount[2]) Push(i, j, k + 1);
+            GridCell* row = &m_cells(s.i, s.j, 0);
+            if (row[s.k].m_ushtCounter == mark) continue;
+            row[s.k].m_ushtCounter = mark;
+            if (!open(row[s.k])) {
+                stop(row[s.k]);
+                continue;
+            }
+            enter(row[s.k]);
+            int k0 = s.k, k1 = s.k;
+            while (k0 > 0 && Take(row[k0 - 1], mark, open, enter, stop)) --k0;
+            while (k1 + 1 < nk && Take(row[k1 + 1], mark, open, enter, stop)) ++k1;
+            if (s.i > 0) Beside(s.i - 1, s.j, k0, k1, mark, open, stop);
+            if (s.i + 1 < m_aintCount[0]) Beside(s.i + 1, s.j, k0, k1, mark, open, stop);
+            if (s.j > 0) Beside(s.i, s.j - 1, k0, k1, mark, open, stop);
+            if (s.j + 1 < m_aintCount[1]) Beside(s.i, s.j + 1, k0, k1, mark, open, stop);
         }
         m_vecStack = {};
     }
+
+  private:
+    struct Seed3 {
+        int i, j, k;
+    };
+
+    // Marks an unvisited cell; true when the run may grow into it.
+    template <class Open, class Enter, class Stop>
+    static bool Take(GridCell& c, std::uint16_t mark, const Open& open, const Enter& enter,
+                     const Stop& stop) {
+        if (c.m_ushtCounter == mark) return false;
+        c.m_ushtCounter = mark;
+        if (open(c)) {
+            enter(c);
+            return true;
+        }
+        stop(c);
+        return false;
+    }
+
+    // Cells k0..k1 of a neighbouring row: closed ones are visited at once, each stretch of open
+    // ones gets one seed.
+    template <class Open, class Stop>
+    void Beside(int i, int j, int k0, int k1, std::uint16_t mark, const Open& open,
+                const Stop& stop) {
+        GridCell* row = &m_cells(i, j, 0);
+        bool inStretch = false;
+        for (int k = k0; k <= k1; ++k) {
+            GridCell& c = row[k];
+            if (c.m_ushtCounter == mark) {
+                inStretch = false;
+                continue;
+            }
+            if (!open(c)) {
+                c.m_ushtCounter = mark;
+                stop(c);
+                inStretch = false;
+                continue;
+            }
+            if (!inStretch) m_vecStack.push_back({i, j, k});
+            inStretch = true;
+        }
+    }
+
+    GridCellArray& m_cells;
+    int m_aintCount[3];
+    std::vector<Seed3> m_vecStack;
 };

@@ -58,7 +58,8 @@ int IsCellInteriorPlain(FEL_vector3<int> p, GridCellArray& cells, GridCell& cell
         tried[f] = true;
         const Face& face = kFaces[f];
         auto isStart = [&](const FEL_vector3<int>& s) {
-            return sub.m_vecLists[sub.Linear(s.x, s.y, s.z)].empty() && state[at(s.x, s.y, s.z)] == 0;
+            return sub.m_vecLists[sub.Linear(s.x, s.y, s.z)].empty() &&
+                   state[at(s.x, s.y, s.z)] == 0;
         };
         FEL_vector3<int> start(face.m_aintFirst[0], face.m_aintFirst[1], face.m_aintFirst[2]);
         bool found = isStart(start);
@@ -106,15 +107,9 @@ void ClassifyCells(FEL_pointer<FEL_mesh> mesh) {
     ++GridCell::s_ushtNewCounter;
     long count = 0;
     // The seed is fixed; a grid without it (one cell along k) gets no exterior.
-    if (d[0] >= 2 && d[1] >= 2 && d[2] >= 3) walk.Push(0, 0, 1);
-    walk.Run([&](GridCell& c) {
-        if (c.m_eState == CELL_INTERSECTED) {
-            ++count;
-            return false;
-        }
-        c.m_eState = CELL_EXTERIOR;
-        return true;
-    });
+    if (d[0] >= 2 && d[1] >= 2 && d[2] >= 3) walk.Seed(0, 0, 1);
+    walk.Run([](const GridCell& c) { return c.m_eState != CELL_INTERSECTED; },
+             [](GridCell& c) { c.m_eState = CELL_EXTERIOR; }, [&](GridCell&) { ++count; });
     if (g_blnDebug) std::cout << "There were " << count << " intersected cells." << std::endl;
 }
 
@@ -122,26 +117,24 @@ bool AnySubCellTouched(const GridCellArray& cells, FEL_vector3<int> p) {
     TriangleSpan tris = cells.Triangles(cells(p.x, p.y, p.z));
     if (tris.empty()) return false;
     FEL_vector3<float> lo = cells.CellMin(p.x, p.y, p.z), hi = cells.CellMax(p.x, p.y, p.z);
-    FEL_vector3<float> h;
-    CellBounds bounds[3];
+    // The sub-cells' corners as DiscretizeSpace makes them for 5 points a side.
+    float corner[3][5];
+    double wide[3][5];
     for (int a = 0; a < 3; ++a) {
-        h[a] = (hi[a] - lo[a]) / float(4);
-        for (int c = 0; c <= 4; ++c) bounds[a].m_vecCorner.push_back(float(c) * h[a] + lo[a]);
+        float h = (hi[a] - lo[a]) / float(4);
+        for (int c = 0; c <= 4; ++c) wide[a][c] = corner[a][c] = float(c) * h + lo[a];
     }
-    double scale = BoundsScale(bounds);
+    CellLocator locate(wide[0], 5, wide[1], 5, wide[2], 5);
     signed char open[64];
     for (signed char& o : open) o = -1;
     for (Triangle* t : tris) {
         IndexRange r[3];
-        if (!TriangleRanges(*t, scale, bounds, r)) continue;
+        if (!locate.Ranges(*t, r)) continue;
         for (int a = r[0].m_intFirst; a <= r[0].m_intLast; ++a)
             for (int b = r[1].m_intFirst; b <= r[1].m_intLast; ++b)
                 for (int c = r[2].m_intFirst; c <= r[2].m_intLast; ++c) {
-                    FEL_vector3<float> smin(bounds[0].m_vecCorner[a], bounds[1].m_vecCorner[b],
-                                            bounds[2].m_vecCorner[c]);
-                    FEL_vector3<float> smax(bounds[0].m_vecCorner[a + 1],
-                                            bounds[1].m_vecCorner[b + 1],
-                                            bounds[2].m_vecCorner[c + 1]);
+                    FEL_vector3<float> smin(corner[0][a], corner[1][b], corner[2][c]);
+                    FEL_vector3<float> smax(corner[0][a + 1], corner[1][b + 1], corner[2][c + 1]);
                     signed char& o = open[(a * 4 + b) * 4 + c];
                     if (o < 0) o = CubesIntersect(&smin.x, &smax.x, &lo.x, &hi.x) ? 1 : 0;
                     if (!o) continue;
@@ -165,56 +158,51 @@ int IsCellInterior(FEL_vector3<int> index, GridCellArray& cells, GridCell& cell)
 }
 
 long long DecideCells(GridCellArray& cells, long long& intersected) {
-    const int n[3] = {cells.Count(0), cells.Count(1), cells.Count(2)};
     intersected = 0;
     if (cells.Size() == 0) return 0;
-    // Whether a touched cell's sub-cells are touched depends on no state: found first, in
-    // parallel, by slabs of i.
-    std::vector<char> touched(cells.ListCount(), 0);
+    // Whether a touched cell's sub-cells are touched depends on no state: found first, for all
+    // lists at once, on the option's threads.
+    const int lists = int(cells.ListCount());
+    std::vector<char> touched(lists, 0);
     if (!g_intersectOptions.m_blnPlain) {
         int threads = IntersectThreads();
-        int pieces = std::min(n[0], 8 * threads);
+        int pieces = std::max(1, std::min(lists, 16 * threads));
         RunPieces(pieces, threads, [&](int piece) {
-            int i0 = int(std::int64_t(n[0]) * piece / pieces);
-            int i1 = int(std::int64_t(n[0]) * (piece + 1) / pieces);
-            for (int i = i0; i < i1; ++i)
-                for (int j = 0; j < n[1]; ++j)
-                    for (int k = 0; k < n[2]; ++k)
-                        if (!cells(i, j, k).m_vecTriangles.empty())
-                            touched[cells(i, j, k).m_vecTriangles.m_uintHandle - 1] =
-                                AnySubCellTouched(cells, {i, j, k});
+            int from = int(std::int64_t(lists) * piece / pieces);
+            int to = int(std::int64_t(lists) * (piece + 1) / pieces);
+            for (int n = from; n < to; ++n)
+                touched[n] = AnySubCellTouched(cells, cells.Index(cells.ListCell(n + 1)));
         });
     }
+    // The scan: i, j, k all downwards, which is the linear order backwards.
     long long body = 0;
     bool called = false;
-    for (int i = n[0] - 1; i >= 0; --i)
-        for (int j = n[1] - 1; j >= 0; --j)
-            for (int k = n[2] - 1; k >= 0; --k) {
-                GridCell& cell = cells(i, j, k);
-                bool empty = cell.m_vecTriangles.empty();
-                if (empty && cell.m_eState == CELL_EXTERIOR) continue;
-                if (empty && cell.m_eState != CELL_INTERSECTED) {
-                    ++body;
-                    continue;
-                }
-                FEL_vector3<int> p(i, j, k);
-                called = true;
-                int state;
-                if (g_intersectOptions.m_blnPlain) {
-                    state = IsCellInterior(p, cells, cell);
-                } else {
-                    bool open = false;
-                    for (const Face& f : kFaces) open = open || FaceQualifies(f, p, cells);
-                    state = !open || (!empty && touched[cell.m_vecTriangles.m_uintHandle - 1])
-                                ? CELL_INTERIOR
-                                                                     : Decision(64, 0, empty);
-                }
-                cell.m_eState = CellState(state);
-                if (state == CELL_INTERSECTED)
-                    ++intersected;
-                else if (state != CELL_EXTERIOR)
-                    ++body;
-            }
+    GridCell* data = cells.Data();
+    for (std::size_t id = cells.Size(); id-- > 0;) {
+        GridCell& cell = data[id];
+        bool empty = cell.m_vecTriangles.empty();
+        if (empty && cell.m_eState == CELL_EXTERIOR) continue;
+        if (empty && cell.m_eState != CELL_INTERSECTED) {
+            ++body;
+            continue;
+        }
+        FEL_vector3<int> p = cells.Index(id);
+        called = true;
+        int state;
+        if (g_intersectOptions.m_blnPlain) {
+            state = IsCellInterior(p, cells, cell);
+        } else {
+            bool open = false;
+            for (const Face& f : kFaces) open = open || FaceQualifies(f, p, cells);
+            bool hit = !empty && touched[cell.m_vecTriangles.m_uintHandle - 1];
+            state = !open || hit ? CELL_INTERIOR : Decision(64, 0, empty);
+        }
+        cell.m_eState = CellState(state);
+        if (state == CELL_INTERSECTED)
+            ++intersected;
+        else if (state != CELL_EXTERIOR)
+            ++body;
+    }
     // As after the last IsCellInterior.
     if (called) GridCell::s_ushtNewCounter = 0;
     return body;

@@ -3,16 +3,21 @@
 #include "intersector/GridCell.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <iostream>
+#include <new>
 #include <stdexcept>
 
 #include "FEL_axis_aligned_mesh.h"
 #include "intersector/Intersector.h"
 #include "intersector/TriangleBox.h"
+#include "intersector/ZeroedMemory.h"
 
 std::uint16_t GridCell::s_ushtNewCounter = 0;
 
-GridCellArray::~GridCellArray() { Release(); }
+GridCellArray::~GridCellArray() {
+    Release();
+}
 
 void GridCellArray::Reset(const std::vector<float> axes[3]) {
     Release();
@@ -24,15 +29,21 @@ void GridCellArray::Reset(const std::vector<float> axes[3]) {
     }
     // Cells and list entries are numbered in 32 bits.
     if (n >= (std::size_t(1) << 32)) throw std::length_error("The grid has too many cells.");
-    m_vecCells.assign(n, GridCell());
+    if (n > 0) {
+        m_pCells = static_cast<GridCell*>(AllocateZeroed(n * sizeof(GridCell)));
+        m_uintCells = n;
+    }
 }
 
 void GridCellArray::Release() {
     for (Triangle* t : m_vecOwned) delete t;
     m_vecOwned = {};
-    m_vecCells = {};
+    FreeZeroed(m_pCells, m_uintCells * sizeof(GridCell));
+    m_pCells = nullptr;
+    m_uintCells = 0;
     m_vecListStart = {};
     m_vecListSize = {};
+    m_vecListCell = {};
     m_vecEntries = {};
     for (int a = 0; a < 3; ++a) {
         m_avecAxes[a] = {};
@@ -50,14 +61,16 @@ TriangleSpan GridCellArray::Triangles(const GridCell& cell) const {
 void GridCellArray::SetLists(const std::vector<std::uint32_t>& cells,
                              const std::vector<std::uint32_t>& starts,
                              std::vector<Triangle*>&& entries) {
-    for (GridCell& c : m_vecCells) c.m_vecTriangles.clear();
+    for (std::uint32_t c : m_vecListCell) m_pCells[c].m_vecTriangles.clear();
     m_vecEntries = std::move(entries);
     m_vecListStart.assign(starts.begin(), starts.end());
     m_vecListSize.resize(cells.size());
+    m_vecListCell = cells;
     for (std::size_t n = 0; n < cells.size(); ++n) {
-        std::uint32_t end = n + 1 < cells.size() ? starts[n + 1] : std::uint32_t(m_vecEntries.size());
+        std::uint32_t end =
+            n + 1 < cells.size() ? starts[n + 1] : std::uint32_t(m_vecEntries.size());
         m_vecListSize[n] = end - starts[n];
-        m_vecCells[cells[n]].m_vecTriangles.m_uintHandle = std::uint32_t(n + 1);
+        m_pCells[cells[n]].m_vecTriangles.m_uintHandle = std::uint32_t(n + 1);
     }
 }
 
@@ -70,6 +83,7 @@ void GridCellArray::Append(GridCell& cell, Triangle* t) {
     if (cell.m_vecTriangles.empty()) {
         m_vecListStart.push_back(start);
         m_vecListSize.push_back(1);
+        m_vecListCell.push_back(std::uint32_t(&cell - m_pCells));
         cell.m_vecTriangles.m_uintHandle = std::uint32_t(m_vecListStart.size());
     } else {
         std::uint32_t n = cell.m_vecTriangles.m_uintHandle - 1;
@@ -177,15 +191,12 @@ void DiscretizePlain(SearchGrid& grid, const std::vector<std::vector<Triangle*>>
 void DiscretizeFast(SearchGrid& grid, const std::vector<std::vector<Triangle*>>& lists,
                     const std::vector<FEL_vector3<float>>& mins,
                     const std::vector<FEL_vector3<float>>& maxs) {
-    CellBounds bounds[3];
-    for (int a = 0; a < 3; ++a) {
-        int n = grid.m_aintCount[a];
-        for (int c = 0; c <= n; ++c) {
-            FEL_vector3<float> p = grid.CellMin(c, c, c);
-            bounds[a].m_vecCorner.push_back(p[a]);
-        }
-    }
-    double scale = BoundsScale(bounds);
+    std::vector<double> corners[3];
+    for (int a = 0; a < 3; ++a)
+        for (int c = 0; c <= grid.m_aintCount[a]; ++c)
+            corners[a].push_back(grid.CellMin(c, c, c)[a]);
+    CellLocator locate(corners[0].data(), int(corners[0].size()), corners[1].data(),
+                       int(corners[1].size()), corners[2].data(), int(corners[2].size()));
     std::vector<char> overlap(grid.m_vecLists.size());
     for (std::size_t m = 0; m < mins.size(); ++m) {
         for (int a = 0; a < grid.m_aintCount[0]; ++a)
@@ -197,14 +208,15 @@ void DiscretizeFast(SearchGrid& grid, const std::vector<std::vector<Triangle*>>&
                 }
         for (Triangle* t : lists[m]) {
             IndexRange r[3];
-            if (!TriangleRanges(*t, scale, bounds, r)) continue;
+            if (!locate.Ranges(*t, r)) continue;
             for (int a = r[0].m_intFirst; a <= r[0].m_intLast; ++a)
                 for (int b = r[1].m_intFirst; b <= r[1].m_intLast; ++b)
                     for (int c = r[2].m_intFirst; c <= r[2].m_intLast; ++c) {
                         std::size_t s = grid.Linear(a, b, c);
                         if (!overlap[s]) continue;
                         FEL_vector3<double> lo(grid.CellMin(a, b, c)), hi(grid.CellMax(a, b, c));
-                        if (t->PartialBoundingBoxTest(&lo.x, &hi.x)) grid.m_vecLists[s].push_back(t);
+                        if (t->PartialBoundingBoxTest(&lo.x, &hi.x))
+                            grid.m_vecLists[s].push_back(t);
                     }
         }
     }

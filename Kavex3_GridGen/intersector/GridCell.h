@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 #include <vector>
 
 #include "FEL_mesh.h"
@@ -36,6 +37,7 @@ struct GridCell {
 
     static std::uint16_t s_ushtNewCounter;
 };
+static_assert(std::is_trivially_copyable<GridCell>::value, "cells live in zeroed memory");
 
 // A read-only run of triangle pointers.
 struct TriangleSpan {
@@ -63,17 +65,17 @@ class GridCellArray {
     void Release();
 
     int Count(int axis) const { return m_aintCount[axis]; }
-    std::size_t Size() const { return m_vecCells.size(); }
+    std::size_t Size() const { return m_uintCells; }
     std::size_t Linear(int i, int j, int k) const {
         return (std::size_t(i) * std::size_t(m_aintCount[1]) + std::size_t(j)) *
                    std::size_t(m_aintCount[2]) +
                std::size_t(k);
     }
-    GridCell& operator()(int i, int j, int k) { return m_vecCells[Linear(i, j, k)]; }
-    const GridCell& operator()(int i, int j, int k) const { return m_vecCells[Linear(i, j, k)]; }
+    GridCell& operator()(int i, int j, int k) { return m_pCells[Linear(i, j, k)]; }
+    const GridCell& operator()(int i, int j, int k) const { return m_pCells[Linear(i, j, k)]; }
     GridCell& operator[](const FEL_vector3<int>& v) { return (*this)(v.x, v.y, v.z); }
-    GridCell* Data() { return m_vecCells.data(); }
-    const GridCell* Data() const { return m_vecCells.data(); }
+    GridCell* Data() { return m_pCells; }
+    const GridCell* Data() const { return m_pCells; }
 
     // [i][j][k] access.
     struct Row {
@@ -96,8 +98,16 @@ class GridCellArray {
     const std::vector<float>& Axis(int a) const { return m_avecAxes[a]; }
 
     TriangleSpan Triangles(const GridCell& cell) const;
-    // Handles run from 1 to ListCount().
+    // Handles run from 1 to ListCount(); ListCell gives the linear index of a list's cell.
     std::size_t ListCount() const { return m_vecListStart.size(); }
+    std::size_t ListCell(std::uint32_t handle) const { return m_vecListCell[handle - 1]; }
+    // (i, j, k) of a linear index.
+    FEL_vector3<int> Index(std::size_t linear) const {
+        int k = int(linear % std::size_t(m_aintCount[2]));
+        linear /= std::size_t(m_aintCount[2]);
+        return {int(linear / std::size_t(m_aintCount[1])),
+                int(linear % std::size_t(m_aintCount[1])), k};
+    }
     // Replaces every list: lists[n] belongs to the cell of linear index cells[n], cells ascending.
     void SetLists(const std::vector<std::uint32_t>& cells, const std::vector<std::uint32_t>& starts,
                   std::vector<Triangle*>&& entries);
@@ -109,15 +119,20 @@ class GridCellArray {
   private:
     int m_aintCount[3] = {0, 0, 0};
     std::vector<float> m_avecAxes[3];
-    std::vector<GridCell> m_vecCells;
-    // List n (handle n + 1) is m_vecEntries[m_vecListStart[n] .. m_vecListStart[n] + m_vecListSize[n]).
+    // Zeroed memory from the system: an unknown cell with an empty list is all zero bytes.
+    GridCell* m_pCells = nullptr;
+    std::size_t m_uintCells = 0;
+    // List n (handle n + 1) is m_vecEntries[m_vecListStart[n] .. m_vecListStart[n] +
+    // m_vecListSize[n]).
     std::vector<std::uint32_t> m_vecListStart;
     std::vector<std::uint32_t> m_vecListSize;
+    std::vector<std::uint32_t> m_vecListCell;
     std::vector<Triangle*> m_vecEntries;
     std::vector<Triangle*> m_vecOwned;
 };
 
-// A uniform search grid over a box: n[a] cells per axis, cell c from c * h + lo to (c + 1) * h + lo.
+// A uniform search grid over a box: n[a] cells per axis, cell c from c * h + lo to (c + 1) * h +
+// lo.
 struct SearchGrid {
     FEL_vector3<float> m_v3fLow;
     FEL_vector3<float> m_v3fStep;

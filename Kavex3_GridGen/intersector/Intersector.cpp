@@ -22,16 +22,19 @@ int IntersectThreads() {
     return n > 0 ? n : int(std::max(1u, std::thread::hardware_concurrency()));
 }
 
-std::size_t IntersectBytesPerCell() { return sizeof(GridCell) + sizeof(std::uint32_t); }
+std::size_t IntersectBytesPerCell() {
+    return sizeof(GridCell) + sizeof(std::uint32_t);
+}
 
 namespace {
 const FEL_vector3<int> kSearchDims(10, 10, 10);
 
 void PushCorners(CellWalk& walk) {
-    int X = walk.m_aintCount[0] - 1, Y = walk.m_aintCount[1] - 1, Z = walk.m_aintCount[2] - 1;
+    int X = walk.Count(0) - 1, Y = walk.Count(1) - 1, Z = walk.Count(2) - 1;
     const int seeds[8][3] = {{X, Y, Z}, {0, Y, Z}, {X, 0, Z}, {X, Y, 0},
                              {0, 0, Z}, {X, 0, 0}, {0, Y, 0}, {0, 0, 0}};
-    for (const auto& s : seeds) walk.Push(s[0], s[1], s[2]);
+    // The last pushed is the first visited.
+    for (int n = 7; n >= 0; --n) walk.Seed(seeds[n][0], seeds[n][1], seeds[n][2]);
 }
 
 // The walk as the literal procedure: each popped cell searches its witnesses in list order.
@@ -75,11 +78,8 @@ void WalkFast(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
     CellWalk walk(cells);
     ++GridCell::s_ushtNewCounter;
     PushCorners(walk);
-    walk.Run([](GridCell& c) {
-        if (c.m_vecTriangles.empty()) return true;
-        c.m_eState = CELL_INTERSECTED;
-        return false;
-    });
+    walk.Run([](const GridCell& c) { return c.m_vecTriangles.empty(); }, [](GridCell&) {},
+             [](GridCell& c) { c.m_eState = CELL_INTERSECTED; });
     std::vector<std::uint32_t> ids, starts;
     std::vector<Triangle*> entries;
     GridCell* data = cells.Data();
@@ -156,7 +156,8 @@ void IntersectZones(std::vector<SurfaceZone>& zones, const std::string& folder) 
     std::vector<SearchGrid> grids;
     for (SurfaceZone& z : zones) {
         cells.Own(z.m_vecTriangles);
-        if (g_blnDebug) std::cout << "Number of triangles: " << z.m_vecTriangles.size() << std::endl;
+        if (g_blnDebug)
+            std::cout << "Number of triangles: " << z.m_vecTriangles.size() << std::endl;
         lists.push_back(z.m_vecTriangles);
         FEL_vector3<float> box[2] = {z.m_v3fMin - FEL_vector3<float>(1.0f, 1.0f, 1.0f),
                                      z.m_v3fMax + FEL_vector3<float>(1.0f, 1.0f, 1.0f)};
@@ -180,7 +181,8 @@ void IntersectZones(std::vector<SurfaceZone>& zones, const std::string& folder) 
                         Dorva::FilePath(folder + "//trisglobal.dat").Get());
 }
 
-void IntersectGrid(FEL_pointer<FEL_mesh> grid, std::vector<_BodyStruct> bodies, std::string folder) {
+void IntersectGrid(FEL_pointer<FEL_mesh> grid, std::vector<_BodyStruct> bodies,
+                   std::string folder) {
     CreateGrid(g_gridCells, grid);
     std::vector<SurfaceZone> zones;
     for (const _BodyStruct& body : bodies) {

@@ -9,7 +9,9 @@
 namespace {
 const double kTolerance = 0.0001;
 
-bool NearZero(double c) { return Close(c, 0.0); }
+bool NearZero(double c) {
+    return Close(c, 0.0);
+}
 
 bool SamePoint(const double* a, const double* b) {
     return Close(a[0], b[0]) && Close(a[1], b[1]) && Close(a[2], b[2]);
@@ -30,7 +32,9 @@ Triangle::Triangle(double* a, double* b, double* c)
 Triangle::Triangle(FEL_vector3<double> a, FEL_vector3<double> b, FEL_vector3<double> c)
     : Triangle(&a.x, &b.x, &c.x) {}
 
-Triangle::Triangle(const Triangle& other) { *this = other; }
+Triangle::Triangle(const Triangle& other) {
+    *this = other;
+}
 
 Triangle& Triangle::operator=(const Triangle& other) {
     if (this != &other) {

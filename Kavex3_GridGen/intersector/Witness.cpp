@@ -5,13 +5,19 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
+#include <memory>
+#include <stdexcept>
 #include <utility>
 
 #include "intersector/Parallel.h"
 #include "intersector/TriangleBox.h"
+#include "intersector/ZeroedMemory.h"
 
 namespace {
-int Truncate(double x) { return int(std::max(-1e9, std::min(1e9, x))); }
+int Truncate(double x) {
+    return int(std::max(-1e9, std::min(1e9, x)));
+}
 
 // Relevance of a search cell to grid cells, from the corners as stored in single precision.
 struct SearchCellView {
@@ -69,13 +75,20 @@ void CellWitnesses(const std::vector<SearchGrid>& grids, const FEL_vector3<float
 void FindAllWitnesses(GridCellArray& cells, const std::vector<SearchGrid>& grids, int threads) {
     const int n[3] = {cells.Count(0), cells.Count(1), cells.Count(2)};
     if (std::size_t(n[0]) * n[1] * n[2] == 0) return;
-    CellBounds bounds[3];
-    for (int a = 0; a < 3; ++a) bounds[a].m_vecCorner = cells.Axis(a);
-    const double scale = BoundsScale(bounds);
+    std::size_t searchCells = 0;
+    for (const SearchGrid& g : grids) searchCells += g.m_vecLists.size();
+    if (searchCells >= (std::size_t(1) << 30)) throw std::length_error("Too many body zones.");
+    std::vector<double> corners[3];
+    for (int a = 0; a < 3; ++a) corners[a].assign(cells.Axis(a).begin(), cells.Axis(a).end());
 
     // Per cell: the number of the search cell last looked at, times 4, plus 1 while it may still
     // take a witness from it, 2 once it has, 3 when it doesn't consult it.
-    std::vector<std::uint32_t> stamp(cells.Size(), 0);
+    // Only the pages of cells near the surface are ever touched.
+    const std::size_t stampBytes = cells.Size() * sizeof(std::uint32_t);
+    std::unique_ptr<std::uint32_t, std::function<void(std::uint32_t*)>> stampHold(
+        static_cast<std::uint32_t*>(AllocateZeroed(stampBytes)),
+        [stampBytes](std::uint32_t* p) { FreeZeroed(p, stampBytes); });
+    std::uint32_t* stamp = stampHold.get();
     const int pieces = std::min(n[0], 8 * std::max(1, threads == 0 ? 8 : threads));
     std::vector<std::vector<std::pair<std::uint32_t, Triangle*>>> found(pieces);
 
@@ -83,7 +96,9 @@ void FindAllWitnesses(GridCellArray& cells, const std::vector<SearchGrid>& grids
         const int i0 = int(std::int64_t(n[0]) * piece / pieces);
         const int i1 = int(std::int64_t(n[0]) * (piece + 1) / pieces);
         if (i0 >= i1) return;
-        const float x0 = bounds[0].m_vecCorner[i0], x1 = bounds[0].m_vecCorner[i1];
+        const double x0 = corners[0][i0], x1 = corners[0][i1];
+        CellLocator locate(corners[0].data(), n[0] + 1, corners[1].data(), n[1] + 1,
+                           corners[2].data(), n[2] + 1);
         std::vector<std::pair<std::uint32_t, Triangle*>>& out = found[piece];
         std::uint32_t serial = 0;
         for (const SearchGrid& g : grids)
@@ -101,7 +116,7 @@ void FindAllWitnesses(GridCellArray& cells, const std::vector<SearchGrid>& grids
                             continue;
                         for (Triangle* t : list) {
                             IndexRange r[3];
-                            if (!TriangleRanges(*t, scale, bounds, r)) continue;
+                            if (!locate.Ranges(*t, r)) continue;
                             int ia = std::max(r[0].m_intFirst, i0);
                             int ib = std::min(r[0].m_intLast, i1 - 1);
                             for (int i = ia; i <= ib; ++i)
@@ -129,7 +144,7 @@ void FindAllWitnesses(GridCellArray& cells, const std::vector<SearchGrid>& grids
         std::stable_sort(out.begin(), out.end(),
                          [](const auto& x, const auto& y) { return x.first < y.first; });
     });
-    stamp = {};
+    stampHold.reset();
 
     std::size_t total = 0;
     for (const auto& f : found) total += f.size();

@@ -2,7 +2,9 @@
 #include "intersector/convert.h"
 
 namespace {
-FEL_vector3<double> Wide(const FEL_vector3<float>& v) { return FEL_vector3<double>(v); }
+FEL_vector3<double> Wide(const FEL_vector3<float>& v) {
+    return FEL_vector3<double>(v);
+}
 
 bool SameVertex(const FEL_vector3<float>& a, const FEL_vector3<float>& b) {
     return FEL_Close(a.x, b.x) && FEL_Close(a.y, b.y) && FEL_Close(a.z, b.z);

@@ -58,9 +58,9 @@ long check_line(const double* p1, const double* p2, long outcode_diff) {
         double value;
         long mask;
     };
-    static const Plane kPlanes[6] = {{0x01, 0, 0.5, 0x3e},  {0x02, 0, -0.5, 0x3d},
-                                     {0x04, 1, 0.5, 0x3b},  {0x08, 1, -0.5, 0x37},
-                                     {0x10, 2, 0.5, 0x2f},  {0x20, 2, -0.5, 0x1f}};
+    static const Plane kPlanes[6] = {{0x01, 0, 0.5, 0x3e}, {0x02, 0, -0.5, 0x3d},
+                                     {0x04, 1, 0.5, 0x3b}, {0x08, 1, -0.5, 0x37},
+                                     {0x10, 2, 0.5, 0x2f}, {0x20, 2, -0.5, 0x1f}};
     for (const Plane& f : kPlanes) {
         if (!(outcode_diff & f.bit)) continue;
         double alpha = (f.value - p2[f.axis]) / (p1[f.axis] - p2[f.axis]);

@@ -1,0 +1,149 @@
+// The fast reading against the literal one: same witnesses, same states after each stage, same
+// body cells, for any thread count. On the peers' shapes and grids and on random bodies.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <unordered_map>
+
+#include "FEL_axis_aligned_mesh.h"
+#include "IntersectorTestUtil.h"
+#include "PeerCases.h"
+#include "intersector/Classify.h"
+
+namespace {
+// Everything the stages leave, triangles named by their place in the zones.
+struct Outcome {
+    std::vector<int> witnesses, walked, classified, decided;
+    long long body = 0, intersected = 0;
+    bool operator==(const Outcome& o) const {
+        return witnesses == o.witnesses && walked == o.walked && classified == o.classified &&
+               decided == o.decided && body == o.body && intersected == o.intersected;
+    }
+};
+
+using Zones = std::vector<std::vector<Triangle>>;
+
+std::vector<int> States() {
+    std::vector<int> s;
+    for (std::size_t c = 0; c < g_gridCells.Size(); ++c)
+        s.push_back(g_gridCells.Data()[c].m_eState);
+    return s;
+}
+
+Outcome Run(const std::vector<float> axes[3], const Zones& zones, bool plain, int threads) {
+    g_intersectOptions.m_blnPlain = plain;
+    g_intersectOptions.m_intThreads = threads;
+    g_gridCells.Reset(axes);
+    std::vector<SurfaceZone> z;
+    std::unordered_map<const Triangle*, int> name;
+    for (const auto& tris : zones) {
+        std::vector<Triangle*> own;
+        for (const Triangle& t : tris) {
+            own.push_back(new Triangle(t));
+            name[own.back()] = int(name.size());
+        }
+        z.push_back(Zone(own));
+    }
+    IntersectZones(z, ".");
+    Outcome o;
+    for (std::size_t c = 0; c < g_gridCells.Size(); ++c) {
+        for (Triangle* t : g_gridCells.Triangles(g_gridCells.Data()[c]))
+            o.witnesses.push_back(name[t]);
+        o.witnesses.push_back(-1);
+    }
+    o.walked = States();
+    int n[3] = {g_gridCells.Count(0), g_gridCells.Count(1), g_gridCells.Count(2)};
+    ClassifyCells(
+        FEL_pointer<FEL_mesh>(new FEL_regular_mesh(n[0] + 1, n[1] + 1, n[2] + 1, 1, 1, 1, "g")));
+    o.classified = States();
+    o.body = DecideCells(g_gridCells, o.intersected);
+    o.decided = States();
+    g_intersectOptions = IntersectOptions();
+    g_gridCells.Release();
+    return o;
+}
+
+void ExpectSame(const std::vector<float> axes[3], const Zones& zones, const std::string& what) {
+    Outcome plain = Run(axes, zones, true, 1);
+    EXPECT_GT(plain.body, 0) << what;
+    for (int threads : {1, 3})
+        EXPECT_TRUE(Run(axes, zones, false, threads) == plain) << what << " " << threads;
+}
+
+// A peers' shape at n^3 cells, its vertices in single precision as its STL file holds them.
+void PeerCase(const char* shape, int n) {
+    Zones zones(1);
+    double lo[3] = {1e30, 1e30, 1e30}, hi[3] = {-1e30, -1e30, -1e30};
+    peers::Sink add = [&](peers::P a, peers::P b, peers::P c) {
+        peers::P v[3] = {a, b, c};
+        for (peers::P& p : v)
+            for (int k = 0; k < 3; ++k) {
+                p[k] = double(float(p[k]));
+                lo[k] = std::min(lo[k], p[k]);
+                hi[k] = std::max(hi[k], p[k]);
+            }
+        zones[0].emplace_back(v[0], v[1], v[2]);
+    };
+    std::string s = shape;
+    if (s == "sphere20k") peers::Sphere(100, 101, add);
+    if (s == "torus") peers::Torus(add);
+    if (s == "rotor") peers::Rotor(add);
+    std::vector<float> axes[3];
+    peers::Grid(lo, hi, n, axes);
+    ExpectSame(axes, zones, s + "_" + std::to_string(n));
+}
+
+TEST(Identity, PeerCasesAt64) {
+    PeerCase("rotor", 64);
+    PeerCase("sphere20k", 64);
+}
+
+// Slow in the literal reading (minutes under the sanitizers): run with
+// --gtest_also_run_disabled_tests.
+TEST(Identity, DISABLED_PeerCasesLarger) {
+    PeerCase("torus", 64);
+    for (const char* shape : {"rotor", "sphere20k", "torus"}) PeerCase(shape, 128);
+}
+
+// Random triangles in three zones over an uneven grid, many of them with vertices exactly on
+// corner values, some degenerate, plus a closed box: the rounding edges of every test.
+TEST(Identity, RandomBodies) {
+    for (unsigned seed = 1; seed <= 12; ++seed) {
+        std::mt19937 rng(seed);
+        std::uniform_real_distribution<double> u(0.0, 1.0);
+        std::vector<float> axes[3];
+        for (int a = 0; a < 3; ++a) {
+            float x = float(-3.0 * u(rng));
+            for (int c = 0; c <= 10 + int(seed % 3) + a; ++c, x += float(0.2 + u(rng)))
+                axes[a].push_back(x);
+        }
+        auto coord = [&](int a) {
+            const std::vector<float>& ax = axes[a];
+            double x = ax.front() + (ax.back() - ax.front()) * (1.4 * u(rng) - 0.2);
+            return u(rng) < 0.4 ? double(ax[std::size_t(u(rng) * (ax.size() - 1))]) : x;
+        };
+        Zones zones(3);
+        for (auto& zone : zones)
+            for (int t = 0; t < 6; ++t) {
+                double p[3][3];
+                for (int v = 0; v < 3; ++v)
+                    for (int a = 0; a < 3; ++a) p[v][a] = coord(a);
+                double s = 0.05 + 0.5 * u(rng);  // shrink toward the first vertex: small ones
+                for (int v = 1; v < 3; ++v)
+                    for (int a = 0; a < 3; ++a) p[v][a] = p[0][a] + s * (p[v][a] - p[0][a]);
+                if (t == 4) std::copy(p[0], p[0] + 3, p[2]);  // coincident vertices
+                zone.emplace_back(p[0], p[1], p[2]);
+            }
+        double lo[3], hi[3];
+        for (int a = 0; a < 3; ++a) {
+            lo[a] = axes[a][2];
+            hi[a] = axes[a][axes[a].size() - 3] + 0.5 * u(rng);
+        }
+        for (Triangle* t : BoxSurface(lo, hi)) {
+            zones[1].push_back(*t);
+            delete t;
+        }
+        ExpectSame(axes, zones, "seed " + std::to_string(seed));
+    }
+}
+}  // namespace
