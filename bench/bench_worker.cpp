@@ -20,10 +20,11 @@
 namespace {
 
 std::string Project(const std::string& body, int core, int outer) {
-    std::string text = "Start Options\n    Debug Level: 0\n    Solver Input File: SolverGdInp.dat\n"
-                       "End Options\nStart Body Definitions\n    New Body\n        name: B\n"
-                       "        type: STL\n        Points File: " +
-                       body + "\n        used in solver: True\n    #\nEnd Body Definitions\n";
+    std::string text =
+        "Start Options\n    Debug Level: 0\n    Solver Input File: SolverGdInp.dat\n"
+        "End Options\nStart Body Definitions\n    New Body\n        name: B\n"
+        "        type: STL\n        Points File: " +
+        body + "\n        used in solver: True\n    #\nEnd Body Definitions\n";
     const std::string n = std::to_string(outer), c = std::to_string(core);
     for (const char* axis : {"X", "Y", "Z"})
         text += std::string("Body ") + axis + "-GridSpec\n    New GridSpec\n from: B L-0.5\n" +
@@ -44,8 +45,8 @@ int main(int argc, char** argv) {
     char pattern[] = "/tmp/bench_worker_XXXXXX";
     if (!mkdtemp(pattern)) return 1;
     const std::string dir = pattern;
-    std::ofstream(dir + "/bench.Grid")
-        << Project(argv[2], argc > 3 ? std::atoi(argv[3]) : 200, argc > 4 ? std::atoi(argv[4]) : 28);
+    std::ofstream(dir + "/bench.Grid") << Project(argv[2], argc > 3 ? std::atoi(argv[3]) : 200,
+                                                  argc > 4 ? std::atoi(argv[4]) : 28);
     std::ofstream(dir + "/bench.SlvrRot") << "0\n";
 
     char worker[4096];
@@ -85,7 +86,8 @@ int main(int argc, char** argv) {
         std::printf("%-40.40s %9.2f\n", lines[l].first.c_str(), until - lines[l].second);
     }
     std::printf("%-40s %9.2f\n%-40s %9.0f\n%-40s %9d\n", "total", total, "peak resident MB",
-                usage.ru_maxrss / 1024.0, "exit status", WIFEXITED(status) ? WEXITSTATUS(status) : -1);
+                usage.ru_maxrss / 1024.0, "exit status",
+                WIFEXITED(status) ? WEXITSTATUS(status) : -1);
     std::system(("rm -rf " + dir).c_str());
     return 0;
 }

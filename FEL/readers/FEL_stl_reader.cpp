@@ -49,7 +49,8 @@ struct line_reader {
     const char* find(const char* token, std::size_t length) {
         if (failed) return nullptr;
         for (const char* s = p; std::size_t(end - s) >= length; ++s) {
-            s = static_cast<const char*>(std::memchr(s, token[0], std::size_t(end - s) - length + 1));
+            s = static_cast<const char*>(
+                std::memchr(s, token[0], std::size_t(end - s) - length + 1));
             if (!s) return nullptr;
             if (std::memcmp(s + 1, token + 1, length - 1) == 0) return s;
         }
@@ -266,9 +267,11 @@ int edge_zones(int n_triangles, int n_vertices, const FEL_vector3<int>* triangle
     std::vector<std::uint32_t> start(std::size_t(n_vertices) + 1, 0);
     for (int t = 0; t < n_triangles; ++t)
         for (int c = 0; c < 3; ++c)
-            ++start[std::size_t(FEL_stl_edge(triangles[t][c], triangles[t][(c + 1) % 3]).First()) + 1];
+            ++start[std::size_t(FEL_stl_edge(triangles[t][c], triangles[t][(c + 1) % 3]).First()) +
+                    1];
     for (int v = 0; v < n_vertices; ++v) start[v + 1] += start[v];
-    std::vector<std::pair<int, int>> edges(3 * std::size_t(n_triangles));  // larger vertex, triangle
+    std::vector<std::pair<int, int>> edges(3 *
+                                           std::size_t(n_triangles));  // larger vertex, triangle
     std::vector<std::uint32_t> fill(start.begin(), start.end() - 1);
     for (int t = 0; t < n_triangles; ++t)
         for (int c = 0; c < 3; ++c) {

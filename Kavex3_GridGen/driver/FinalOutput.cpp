@@ -8,8 +8,8 @@
 #include <iostream>
 #include <sstream>
 
-#include "driver/DriverGlobals.h"
 #include "FilePath.h"
+#include "driver/DriverGlobals.h"
 #include "driver/Write.h"
 #include "intersector/Classify.h"
 #include "intersector/Intersector.h"
@@ -92,8 +92,7 @@ void WriteFinalOutput(const std::string& solverInputFile, const std::string& gri
     work << cells.size() << '\n';
 
     std::cout << "Writing grid..." << std::endl;
-    OutputIBlankedGrid(gridFile, grid, cells, true, true, offsets.dblX, offsets.dblY,
-                       offsets.dblZ);
+    OutputIBlankedGrid(gridFile, grid, cells, true, true, offsets.dblX, offsets.dblY, offsets.dblZ);
 
     std::ostringstream list;
     list << "# Body Cells ({I-index, J-index, K-index} of the cells)\n";

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "intersector/BodyStruct.h"
 #include "FEL_mesh.h"
 #include "FEL_pointer.h"
 #include "FEL_vector3.h"
+#include "intersector/BodyStruct.h"
 
 // The grid file's offsets, as the line generator returned them.
 struct GridOffsets {

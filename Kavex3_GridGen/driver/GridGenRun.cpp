@@ -17,7 +17,6 @@
 #include "CommandLine.h"
 #include "Daemonize.h"
 #include "FEL_exception.h"
-#include "readers/FEL_reader.h"
 #include "FilePath.h"
 #include "LinkManager.h"
 #include "RemovePath.h"
@@ -29,6 +28,7 @@
 #include "driver/translate.h"
 #include "intersector/Classify.h"
 #include "intersector/Intersector.h"
+#include "readers/FEL_reader.h"
 
 void CopyRotorFile(const std::string& from, const std::string& to) {
     std::ifstream source(from.c_str(), std::ios::binary);
@@ -89,9 +89,8 @@ static void RunFullPath(char* programName, const std::string& strRunDir, RunFile
     WriteOutBoundingBoxes(bodies);
     // A project that mixes cut bodies with surface bodies keeps the generator's cells for its cut
     // bodies; the surface bodies' cells come from the intersection alone.
-    const bool blnMixed = !std::all_of(bodies.begin(), bodies.end(), [](const _BodyStruct& b) {
-        return b.eBodyType > BODY_ZCUT;
-    });
+    const bool blnMixed = !std::all_of(
+        bodies.begin(), bodies.end(), [](const _BodyStruct& b) { return b.eBodyType > BODY_ZCUT; });
     if (blnMixed) HideSurfaceBodiesFromMarking(files.strGrid, bodies);
 
     std::cout << "Begin Grid Generation..." << std::endl;

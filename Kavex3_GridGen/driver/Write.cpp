@@ -130,7 +130,8 @@ void OutputBodyCells(FEL_pointer<FEL_mesh> mesh, std::stack<FEL_vector3<int>> ce
     for (; !cells.empty(); cells.pop()) {
         const FEL_vector3<int>& c = cells.top();
         FEL_vector3<float> corners[8];
-        mesh->coordinates_at_cell(FEL_cell(FEL_CELL_HEXAHEDRON, c.x - 1, c.y - 1, c.z - 1), corners);
+        mesh->coordinates_at_cell(FEL_cell(FEL_CELL_HEXAHEDRON, c.x - 1, c.y - 1, c.z - 1),
+                                  corners);
         for (int corner : ring)
             out << corners[corner].x << ' ' << corners[corner].y << ' ' << corners[corner].z
                 << '\n';

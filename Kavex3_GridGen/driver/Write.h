@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "intersector/BodyStruct.h"
 #include "FEL_mesh.h"
 #include "FEL_pointer.h"
 #include "FEL_vector3.h"
+#include "intersector/BodyStruct.h"
 
 // Writes each surface body's bounding box to its strCutFile as four X cut planes of five points,
 // in the stream's default number format: the box's centre line at x0, the Y-Z rectangle at x0 and

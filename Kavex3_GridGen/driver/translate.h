@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "intersector/BodyStruct.h"
 #include "FEL_mesh.h"
 #include "FEL_pointer.h"
 #include "FEL_vector3.h"
+#include "intersector/BodyStruct.h"
 
 // Wraps each surface body's mesh so that a point p of its file reads as M p + t: M the diagonal of
 // conversionFactor, t the three floats of directory + "//Lcl2Gbl.dat". Without that file the

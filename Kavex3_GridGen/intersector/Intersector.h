@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "intersector/BodyStruct.h"
 #include "FEL_mesh.h"
 #include "FEL_pointer.h"
 #include "FEL_vector3.h"
+#include "intersector/BodyStruct.h"
 #include "intersector/GridCell.h"
 
 // The cell array of the run, built by IntersectGrid; read by the classification and the final scan.

@@ -3,8 +3,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <iterator>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -37,20 +40,21 @@ int RunWorker(const ScratchDir& dir) {
 // Grid specs refer to the body named B.
 std::string Body(const std::string& type, const std::string& points, bool used = true,
                  const std::string& name = "B") {
-    return "    New Body\n        name: " + name + "\n        type: " + type + "\n        Points File: " + points +
+    return "    New Body\n        name: " + name + "\n        type: " + type +
+           "\n        Points File: " + points +
            "\n        used in solver: " + (used ? "True" : "False") + "\n    #\n";
 }
 
 // Each axis: 2 cells from L-1 to L0 of the first body, 4 in it, 2 from L1 to L2.
 std::string Project(const std::string& bodies, const std::string& options = "") {
-    std::string text = "Start Options\n    Debug Level: 0\n    Solver Input File: SolverGdInp.dat\n" +
-                       options + "End Options\nStart Body Definitions\n" + bodies +
-                       "    #\nEnd Body Definitions\n";
+    std::string text =
+        "Start Options\n    Debug Level: 0\n    Solver Input File: SolverGdInp.dat\n" + options +
+        "End Options\nStart Body Definitions\n" + bodies + "    #\nEnd Body Definitions\n";
     for (const char* axis : {"X", "Y", "Z"}) {
         text += std::string("Body ") + axis + "-GridSpec\n";
-        for (const char* spec : {"from: B L-1.0\n to: B L0.0\n number of Grids: 2\n",
-                                 "in: B\n number of Grids: 4\n",
-                                 "from: B L1.0\n to: B L2.0\n number of Grids: 2\n"})
+        for (const char* spec :
+             {"from: B L-1.0\n to: B L0.0\n number of Grids: 2\n", "in: B\n number of Grids: 4\n",
+              "from: B L1.0\n to: B L2.0\n number of Grids: 2\n"})
             text += std::string("    New GridSpec\n ") + spec + " GP Ratio: 1.0\n    #\n";
         text += std::string("End ") + axis + "-Grid Spec\n";
     }
@@ -64,8 +68,8 @@ std::string BoxStl(const Box& b) {
     std::ostringstream out;
     out << "solid box\n";
     auto vertex = [&](int c) {
-        out << "vertex " << (c & 1 ? b.hi[0] : b.lo[0]) << ' ' << (c & 2 ? b.hi[1] : b.lo[1])
-            << ' ' << (c & 4 ? b.hi[2] : b.lo[2]) << '\n';
+        out << "vertex " << (c & 1 ? b.hi[0] : b.lo[0]) << ' ' << (c & 2 ? b.hi[1] : b.lo[1]) << ' '
+            << (c & 4 ? b.hi[2] : b.lo[2]) << '\n';
     };
     for (const auto& f : faces)
         for (const int t : {0, 1}) {
@@ -164,9 +168,12 @@ TEST(FullPath, UnitCubeWholeFiles) {
         }
     EXPECT_EQ(ReadWholeFile(dir / "KX3.grid.dat"), grid + "\n# Num. of Body Cells: \n" + cells);
     std::string solver = "# Num. of X, Y & Z Cell-Widths: IE = 10; JE = 10; KE = 10\n";
-    for (const char* axis : {"X-Cell-Widths:\n10\n# X", "Y-Cell-Widths:\n10\n# Y",
-                             "Z-Cell-Widths:\n10\n# Z"}) {
-        solver += std::string("#\n# ") + (axis[0] == 'X' ? "IE" : axis[0] == 'Y' ? "JE" : "KE") +
+    for (const char* axis :
+         {"X-Cell-Widths:\n10\n# X", "Y-Cell-Widths:\n10\n# Y", "Z-Cell-Widths:\n10\n# Z"}) {
+        solver += std::string("#\n# ") +
+                  (axis[0] == 'X'   ? "IE"
+                   : axis[0] == 'Y' ? "JE"
+                                    : "KE") +
                   " = Num. of " + axis + "-Cell-Widths\n";
         for (int c = 1; c <= 10; ++c) {
             std::snprintf(value, sizeof value, "%3d%28g\n", c, line[c] - line[c - 1]);
@@ -187,17 +194,25 @@ TEST(FullPath, MadeBodies) {
         std::string bodies, options;
         std::vector<Box> blocked;  // in the grid's coordinates
     } cases[] = {
-        {"two bodies", Body("STL", kCube) + Body("STL", "side.stl", true, "S"), "",
+        {"two bodies",
+         Body("STL", kCube) + Body("STL", "side.stl", true, "S"),
+         "",
          {Shifted(kUnitCube, 1.5), Shifted(side, 1.5)}},
-        {"unused body", Body("STL", kCube) + Body("STL", "side.stl", false, "S"), "",
+        {"unused body",
+         Body("STL", kCube) + Body("STL", "side.stl", false, "S"),
+         "",
          {Shifted(kUnitCube, 1.5)}},
         {"nothing used", Body("STL", kCube, false), "", {}},
         // The generator scales the box too; the translation is in the scaled units.
-        {"conversion factor", Body("STL", kCube), "    Conversion Factor: (0.5, 0.5, 0.5)\n",
+        {"conversion factor",
+         Body("STL", kCube),
+         "    Conversion Factor: (0.5, 0.5, 0.5)\n",
          {Shifted(kUnitCube, 0.75, 0.5)}},
         // The cut body's cells are the generator's: those inside its stack of planes, mirrored
         // into the zero-width end layer.
-        {"mixed", Body("STL", kCube) + Body("XcutPlanes", "plate.cut", true, "P"), "",
+        {"mixed",
+         Body("STL", kCube) + Body("XcutPlanes", "plate.cut", true, "P"),
+         "",
          {Shifted(kUnitCube, 1.5), {{2.55, 1.3, 1.3}, {3.0, 1.7, 1.7}}}},
     };
     // The front end's cut file of body 2 in the mixed project: a square at x = 1.0 and 1.5.
@@ -218,6 +233,72 @@ TEST(FullPath, MadeBodies) {
     }
 }
 
+// Real bodies: both files carry one list, i rising, then j, then k, each cell once, within the
+// body's box; the closed unit sphere blocks every cell inside radius 0.98 (its faces lie beyond)
+// and none wholly outside radius 1.
+TEST(FullPath, RealBodies) {
+    const std::string data = KAVEX_SHARED_DATA;
+    for (const auto& [type, file] : std::vector<std::pair<std::string, std::string>>{
+             {"STL", "/stl/unit_sphere.STL"},
+             {"STL", "/stl/blade.stl"},
+             {"STL", "/stl/bunny.stl"},
+             {"Plot3D", "/plot3d/m100_refsurf_p3d.fmt"}}) {
+        ScratchDir dir;
+        WriteWholeFile(dir / "project.Grid", Project(Body(type, data + file)));
+        ASSERT_EQ(RunWorker(dir), 0) << file;
+        EXPECT_EQ(ReadWholeFile(dir / "Kavex3_GridGen.err"), "");
+        const std::string grid = ReadWholeFile(dir / "KX3.grid.dat");
+        std::string list = Tail(grid, "\n# Num. of Body Cells: \n").substr(24);
+        const std::string solver =
+            Tail(ReadWholeFile(dir / "SolverGdInp.dat"), "# Num. of Body Cells:\n");
+        EXPECT_EQ(solver, "# Num. of Body Cells:\n" + list + "#\n# Number of Rotors:\n0\n") << file;
+        EXPECT_NE(ReadWholeFile(dir / "Kavex3_GridGen.out")
+                      .find("Body cells: \n" + list.substr(0, list.find('\n'))),
+                  std::string::npos);
+
+        const Corners c = ReadCorners(grid);
+        std::istringstream cut(ReadWholeFile(dir / "1-x.cut")),
+            shift(ReadWholeFile(dir / "Lcl2Gbl.dat"));
+        std::vector<double> box{std::istream_iterator<double>(cut), {}};
+        double t[3];
+        shift >> t[0] >> t[1] >> t[2];
+        const double lo[3] = {box[2], box[14], box[15]}, hi[3] = {box[24], box[18], box[19]};
+        std::istringstream cells(list.substr(list.find(")\n") + 2));
+        std::array<int, 3> at, last = {0, 0, 0};
+        char comma;
+        std::set<std::array<int, 3>> listed;
+        while (cells >> at[0] >> comma >> at[1] >> comma >> at[2]) {
+            EXPECT_LT(last, at) << file;
+            last = at;
+            listed.insert(at);
+            for (int a = 0; a < 3; ++a)
+                EXPECT_TRUE(c[a][at[a] - 1] <= hi[a] + t[a] + 1e-4 &&
+                            c[a][at[a]] >= lo[a] + t[a] - 1e-4)
+                    << file;
+        }
+        EXPECT_FALSE(listed.empty()) << file;
+        if (file.find("sphere") == std::string::npos) continue;
+        for (std::size_t i = 1; i < c[0].size(); ++i)
+            for (std::size_t j = 1; j < c[1].size(); ++j)
+                for (std::size_t k = 1; k < c[2].size(); ++k) {
+                    double near = 0, far = 0;
+                    const std::size_t n[3] = {i, j, k};
+                    for (int a = 0; a < 3; ++a) {
+                        const double lo = c[a][n[a] - 1] - t[a], hi = c[a][n[a]] - t[a];
+                        near += lo > 0 ? lo * lo : hi < 0 ? hi * hi : 0;
+                        far += std::max(lo * lo, hi * hi);
+                    }
+                    const std::array<int, 3> cell = {int(i), int(j), int(k)};
+                    if (far < 0.98 * 0.98) {
+                        EXPECT_TRUE(listed.count(cell)) << i << " " << j << " " << k;
+                    }
+                    if (near > 1.0) {
+                        EXPECT_FALSE(listed.count(cell)) << i << " " << j << " " << k;
+                    }
+                }
+    }
+}
+
 TEST(FullPath, UnreadableBodyEndsWithTheExceptionText) {
     ScratchDir dir;
     WriteWholeFile(dir / "project.Grid", Project(Body("STL", dir / "missing.stl")));
@@ -226,7 +307,8 @@ TEST(FullPath, UnreadableBodyEndsWithTheExceptionText) {
     const std::string err = ReadWholeFile(dir / "Kavex3_GridGen.err");
     const std::string head =
         "terminate called after throwing an instance of 'FEL_type_detection_error'\n"
-        "  what():  Could not determine the filetype of " + (dir / "missing.stl") + ". Failed in ";
+        "  what():  Could not determine the filetype of " +
+        (dir / "missing.stl") + ". Failed in ";
     EXPECT_EQ(err.substr(0, head.size()), head);
     EXPECT_NE(err.find("FEL_file_type.cpp on line "), std::string::npos);
     EXPECT_EQ(err.back(), '\n');

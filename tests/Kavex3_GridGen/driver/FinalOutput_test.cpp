@@ -7,9 +7,9 @@
 #include <iomanip>
 #include <sstream>
 
-#include "driver/DriverGlobals.h"
 #include "FEL_curvilinear_mesh.h"
 #include "ScratchDir.h"
+#include "driver/DriverGlobals.h"
 #include "driver/Write.h"
 #include "intersector/Intersector.h"
 
@@ -56,8 +56,8 @@ TEST(FinalOutput, SolverInputRewrite) {
         // Without the count's marker, all is copied, then the list, "#" and an empty line.
         {head + "# Number of Rotors:\n0\n", head + "# Number of Rotors:\n0\n1\n" + list + "#\n\n"},
         // Without the rotors' marker, the rest is dropped.
-        {head + "# Num. of Body Cells:\n3\n1, 1, 1\n", head + "# Num. of Body Cells:\n1\n" + list +
-                                                          "#\n\n"},
+        {head + "# Num. of Body Cells:\n3\n1, 1, 1\n",
+         head + "# Num. of Body Cells:\n1\n" + list + "#\n\n"},
     };
     for (const auto& c : cases) {
         ScratchDir dir;
@@ -76,8 +76,9 @@ TEST(FinalOutput, SolverInputRewrite) {
 
 TEST(FinalOutput, GeneratorCellsJoinTheScanWithoutDuplicates) {
     ScratchDir dir;
-    WriteWholeFile(dir / "S", "# Num. of Body Cells:\n3\n# Body Cells\n1, 1, 1\n2, 1, 2\n"
-                              "1, 1, 1\n#\n# Number of Rotors:\n0\n");
+    WriteWholeFile(dir / "S",
+                   "# Num. of Body Cells:\n3\n# Body Cells\n1, 1, 1\n2, 1, 2\n"
+                   "1, 1, 1\n#\n# Number of Rotors:\n0\n");
     const std::vector<FEL_vector3<int>> fromFile = ReadSolverBodyCells(dir / "S");
     const std::vector<FEL_vector3<int>> merged = MergeBodyCells({{2, 2, 1}, {2, 1, 2}}, fromFile);
     std::ostringstream text;
