@@ -1,6 +1,7 @@
 // Writer of the grid file "KX3.grid.dat": formats each distinct value once, then copies bytes.
 #include "generator/gridwriter.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -35,6 +36,18 @@ void byte_sink::put(const char* s, size_t len) {
     }
     std::memcpy(buf_.data() + used_, s, len);
     used_ += len;
+}
+
+void byte_sink::put_repeated(const char* s, size_t len, long count) {
+    if (count <= 0 || len == 0) return;
+    // Up to 64 KiB of whole copies, built by doubling.
+    const size_t copies = std::min<size_t>(size_t(count), std::max<size_t>(1, (1u << 16) / len));
+    run_.assign(s, len);
+    while (run_.size() * 2 <= copies * len) run_.append(run_);
+    run_.append(run_.data(), copies * len - run_.size());
+    long left = count;
+    for (; left >= long(copies); left -= long(copies)) put(run_.data(), run_.size());
+    put(run_.data(), size_t(left) * len);
 }
 
 void byte_sink::flush() {

@@ -29,15 +29,15 @@ class byte_sink {
     byte_sink& operator=(const byte_sink&) = delete;
     void put(const char* s, std::size_t len);
     void put(const std::string& s) { put(s.data(), s.size()); }
-    void put_repeated(const char* s, std::size_t len, long count) {
-        for (long c = 0; c < count; ++c) put(s, len);
-    }
+    // count copies of s, written as runs of copies rather than one piece at a time.
+    void put_repeated(const char* s, std::size_t len, long count);
     void flush();
 
   private:
     FILE* stream_;
     std::vector<char> buf_;
     std::size_t used_;
+    std::string run_;
 };
 
 // Writes n[0]*n[1]*n[2] X values, then as many Y and Z values, K outermost and I innermost, each
