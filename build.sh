@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # One-command set-up: installs what is missing (Debian), builds, and runs the example or the tests.
-#   ./build.sh example   build, then run the bundled example project
+#   ./build.sh example   build, run the bundled example project, then inspect its run
 #   ./build.sh test      build, then run every test with CTest
 #   ./build.sh bench     build in Release, then run the benchmarks
 #   ./build.sh sanitize  build with ASan/UBSan, then run every test
@@ -8,7 +8,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 what=${1:-test}
 
-packages="cmake g++ make libboost-filesystem-dev libboost-system-dev libgtest-dev libgmock-dev libbenchmark-dev"
+packages="cmake g++ make libboost-filesystem-dev libboost-system-dev libgtest-dev libgmock-dev libbenchmark-dev libpng-dev python3-meshio"
 missing=""
 for p in $packages; do
   dpkg -s "$p" >/dev/null 2>&1 || missing="$missing $p"
@@ -30,7 +30,9 @@ build() {  # build DIR [cmake options...]
 case "$what" in
   example)
     build build
-    exec examples/run.sh build/Kavex3_GridGen/Kavex3_GridGen
+    examples/run.sh build/Kavex3_GridGen/Kavex3_GridGen
+    # ParaView files, slice pictures and the body report of that run, in build/example-run_inspect
+    exec build/tools/Kavex3_Inspect/Kavex3_Inspect build/example-run build/example-run/block.Grid
     ;;
   test)
     build build

@@ -1,4 +1,4 @@
-// Tests of the stream forms of cells, times and positions.
+// Tests of the stream forms of cells and positions.
 #include "FEL_cell.h"
 
 #include <gtest/gtest.h>
@@ -18,10 +18,7 @@ std::string text(const T& value) {
 
 TEST(FEL_cell, StreamForms) {
     EXPECT_EQ(text(FEL_cell()), "<uninitialized cell>");
-    EXPECT_EQ(text(FEL_vertex_cell(4, 0, 2)), "V(4, 0, 2)");
     EXPECT_EQ(text(FEL_cell(FEL_CELL_TETRAHEDRON, 1, 2, 3, 4, 7)), "T(1, 2, 3).4:7");
-    EXPECT_EQ(text(FEL_cell(FEL_CELL_HEXAHEDRON, 0, 1, 0, -1, 0)), "H(0, 1, 0):0");
-    EXPECT_EQ(text(FEL_cell(FEL_CELL_EDGE, 5, 0, 0, 0)), "E(5, 0, 0).0");
     const char* letters = "VEFQTPWH";
     for (int type = 1; type <= 8; ++type)
         EXPECT_EQ(text(FEL_cell(type, 0, 0, 0))[0], letters[type - 1]);
@@ -30,8 +27,6 @@ TEST(FEL_cell, StreamForms) {
     std::ostringstream out;
     EXPECT_THROW(out << bad, FEL_exception);
     EXPECT_EQ(text(FEL_time()), "<undefined>");
-    EXPECT_EQ(text(FEL_time::from_step(12)), "12");
-    EXPECT_EQ(text(FEL_phys_pos(1.0f, 2.5f, -3.0f)), "(1, 2.5, -3)");
     EXPECT_EQ(text(FEL_phys_pos(1.0f, 2.0f, 3.0f, FEL_time::from_float(0.5f))), "(1, 2, 3, 0.5)");
     EXPECT_EQ(text(FEL_structured_pos(1.5f, 2.0f, 3.0f)), "(1.5, 2, 3)");
     FEL_structured_pos zoned(1.5f, 2.0f, 3.0f, 2);

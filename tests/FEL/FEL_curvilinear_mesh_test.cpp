@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace {
 
 // 3 x 2 x 1 nodes; node n at (n, 10 n, 100 n) so that a lookup shows the number it read.
@@ -18,18 +20,12 @@ FEL_vector3<float>* numbered_nodes(int n) {
 TEST(FEL_curvilinear_mesh, NodesByLinearNumber) {
     FEL_pointer<FEL_curvilinear_mesh> mesh(
         new FEL_curvilinear_surface_mesh(3, 2, 1, numbered_nodes(6)));
-    EXPECT_EQ(mesh->get_name(), "curvilinear_surface_mesh");
-    EXPECT_TRUE(mesh->is_curvilinear_surface_mesh());
-    EXPECT_TRUE(mesh->is_structured_mesh());
-    EXPECT_FALSE(mesh->is_mesh_iblanked());
     mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, 0);
     FEL_vector3<float> quad[4];
     ASSERT_EQ(mesh->coordinates_at_cell(FEL_cell(FEL_CELL_QUADRILATERAL, 1, 0, 0, 2), quad), 1);
     // k face corners 0, 1, 3, 2 of the hexahedron at (1, 0, 0): nodes 1, 2, 5, 4.
-    EXPECT_EQ(quad[0].x, 1.0f);
-    EXPECT_EQ(quad[1].x, 2.0f);
-    EXPECT_EQ(quad[2].x, 5.0f);
-    EXPECT_EQ(quad[3].x, 4.0f);
+    EXPECT_EQ((std::vector<float>{quad[0].x, quad[1].x, quad[2].x, quad[3].x}),
+              (std::vector<float>{1, 2, 5, 4}));
     EXPECT_EQ(mesh->coordinates_at_cell(FEL_cell(FEL_CELL_QUADRILATERAL, 2, 0, 0, 2), quad), 0);
     FEL_vector3<float> p;
     ASSERT_EQ(mesh->coordinates_at_vertex_cell(FEL_vertex_cell(2, 1, 0), &p), 1);
@@ -43,16 +39,12 @@ TEST(FEL_curvilinear_mesh, NodesByLinearNumber) {
     FEL_vector3<float> min, max;
     ASSERT_EQ(mesh->get_bounding_box(&min, &max), 1);
     EXPECT_EQ(max, FEL_vector3<float>(5, 50, 500));
-    EXPECT_EQ(mesh->node_storage_bytes(), 6u * 12u);
 }
 
 TEST(FEL_curvilinear_mesh, IblankedLayoutAndOptions) {
     FEL_vector3f_and_int* nodes = new FEL_vector3f_and_int[8];
     for (int p = 0; p < 8; ++p) nodes[p] = {FEL_vector3<float>(float(p), 0, 0), p == 6 ? 0 : 1};
     FEL_pointer<FEL_curvilinear_mesh> mesh(new FEL_curvilinear_mesh_xyzi_layout(2, 2, 2, nodes));
-    EXPECT_EQ(mesh->get_name(), "curvilinear_mesh_xyzi_layout");
-    EXPECT_TRUE(mesh->is_mesh_iblanked());
-    EXPECT_EQ(mesh->node_storage_bytes(), 8u * 16u);
     int iblank[8];
     ASSERT_EQ(mesh->iblank_at_cell(FEL_cell(FEL_CELL_HEXAHEDRON, 0, 0, 0), iblank), 1);
     EXPECT_EQ(iblank[6], 0);

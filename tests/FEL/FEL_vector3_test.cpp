@@ -6,7 +6,6 @@
 #include <cmath>
 #include <limits>
 #include <map>
-#include <sstream>
 
 #include "FEL_matrix33.h"
 
@@ -58,10 +57,8 @@ TEST_F(FEL_Close_test, VectorOrderingMergesCloseVertices) {
     const FEL_vector3<float> a(1.0f, 2.0f, 3.0f);
     const FEL_vector3<float> near_a(1.00001f, 2.00001f, 3.00001f);
     const FEL_vector3<float> b(1.00001f, 5.0f, 0.0f);
-    EXPECT_TRUE(a < b);
-    EXPECT_FALSE(b < a);
-    EXPECT_FALSE(a < near_a);
-    EXPECT_FALSE(near_a < a);
+    EXPECT_TRUE(a < b && !(b < a));
+    EXPECT_FALSE(a < near_a || near_a < a);
     std::map<FEL_vector3<float>, int> vertices;
     vertices[a] = 1;
     vertices[near_a] += 1;
@@ -71,16 +68,6 @@ TEST_F(FEL_Close_test, VectorOrderingMergesCloseVertices) {
     EXPECT_TRUE(a < near_a);
 }
 
-TEST(FEL_vector3, StreamFormAndArithmetic) {
-    std::ostringstream out;
-    out << FEL_vector3<float>(1.0f, 2.5f, -3.0f) << FEL_vector3<int>(4, 0, -7);
-    EXPECT_EQ(out.str(), "(1, 2.5, -3)(4, 0, -7)");
-    const FEL_vector3<double> a(1, 2, 3), b(4, 5, 6);
-    EXPECT_EQ(FEL_dot(a, b), 32.0);
-    EXPECT_EQ(FEL_cross(a, b), FEL_vector3<double>(-3, 6, -3));
-    EXPECT_EQ(b - a, FEL_vector3<double>(3, 3, 3));
-}
-
 TEST(FEL_matrix33, RowsAndProducts) {
     // Rows (1 2 3), (4 5 6), (7 8 10).
     const FEL_matrix33<double> m(FEL_vector3<double>(1, 2, 3), FEL_vector3<double>(4, 5, 6),
@@ -88,10 +75,8 @@ TEST(FEL_matrix33, RowsAndProducts) {
     const FEL_vector3<float> v = m * FEL_vector3<float>(1.0f, 0.5f, -1.0f);
     EXPECT_EQ(v, FEL_vector3<float>(-1.0f, 0.5f, 1.0f));
     EXPECT_EQ(m.determinant(), -3.0);
-    EXPECT_EQ(m.transpose()(0, 2), 7.0);
-    const FEL_matrix33<double> square = m * m;
     // Row 0 of m times column 1 of m: 1*2 + 2*5 + 3*8.
-    EXPECT_EQ(square(0, 1), 36.0);
+    EXPECT_EQ((m * m)(0, 1), 36.0);
     // A matrix times a vector of vectors combines the vectors.
     const FEL_matrix33<float> swap(FEL_vector3<float>(0, 1, 0), FEL_vector3<float>(1, 0, 0),
                                    FEL_vector3<float>(0, 0, 2));

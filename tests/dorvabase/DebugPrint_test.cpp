@@ -3,40 +3,20 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 #include "CommandLine.h"
-
-namespace {
-
-void ParseArguments(std::vector<std::string> words) {
-    static std::vector<std::string> storage;
-    static std::vector<char*> argv;
-    storage = std::move(words);
-    storage.insert(storage.begin(), "no-such-program-kavex");
-    argv.clear();
-    for (std::string& word : storage) argv.push_back(word.data());
-    Dorva::CommandLine::SetParameters(static_cast<int>(argv.size()), argv.data());
-}
-
-}  // namespace
 
 TEST(PrintErrorDebugHelper, PrintsUpToTheDebugLevelAndIndentsDeepMessages) {
     Dorva::strDebugIndentLevel = "  > ";
-    ParseArguments({"-debug", "5"});
-    testing::internal::CaptureStderr();
-    Dorva::PrintErrorDebugHelper(3, "three");
-    Dorva::PrintErrorDebugHelper(4, "four");
-    Dorva::PrintErrorDebugHelper(5, "five");
-    Dorva::PrintErrorDebugHelper(6, "six");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "three\n  > four\n  > five\n");
-
-    // Without "debug" the level is 0: only level-0 messages appear.
-    ParseArguments({"-x", "1"});
-    testing::internal::CaptureStderr();
-    Dorva::PrintErrorDebugHelper(1, "one");
-    Dorva::PrintErrorDebugHelper(0, "zero");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "zero\n");
+    for (const bool withDebug : {true, false}) {
+        // Without "debug" the level is 0: only level-0 messages appear.
+        std::string words[] = {"no-such-program-kavex", withDebug ? "-debug" : "-x", "5"};
+        char* argv[] = {words[0].data(), words[1].data(), words[2].data()};
+        Dorva::CommandLine::SetParameters(3, argv);
+        testing::internal::CaptureStderr();
+        for (int level : {0, 3, 4, 5, 6})
+            Dorva::PrintErrorDebugHelper(level, std::to_string(level));
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  withDebug ? "0\n3\n  > 4\n  > 5\n" : "0\n");
+    }
     Dorva::strDebugIndentLevel.clear();
 }

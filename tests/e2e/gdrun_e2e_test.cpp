@@ -3,31 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdarg>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
-#include "ScratchDir.h"
+#include "RunGridGen.h"
 
 namespace {
 
 using Pts = std::vector<double>;
-
-std::string fmt(const char* format, ...) __attribute__((format(printf, 1, 2)));
-std::string fmt(const char* format, ...) {
-    va_list args;
-    va_start(args, format);
-    const int n = std::vsnprintf(nullptr, 0, format, args);
-    va_end(args);
-    std::string text(n + 1, '\0');
-    va_start(args, format);
-    std::vsnprintf(text.data(), text.size(), format, args);
-    va_end(args);
-    text.pop_back();
-    return text;
-}
 
 // The body of every project: a cube [0,10]^3 as two X cut planes of the square (Y, Z).
 //   Z
@@ -37,26 +20,12 @@ std::string fmt(const char* format, ...) {
 //      0     10
 const char* kCube = "2 5\n0\n0 0\n0 10\n10 10\n10 0\n0 0\n10\n0 0\n0 10\n10 10\n10 0\n0 0\n";
 
-// One run directory with the project, rotor and cut files; removed afterwards.
-class RunDir : public ScratchDir {
-  public:
-    void write(const std::string& name, const std::string& text) const {
-        WriteWholeFile(*this / name, text);
-    }
-    std::string read(const std::string& name) const { return ReadWholeFile(*this / name); }
-    // Runs the executable from the run directory, so relative names in the project land there.
-    int run(const std::string& project) const {
-        write("proj.Grid", project);
-        write("rotor.SlvrRot", "r\n");
-        write("1-x.cut", kCube);
-        const std::string cmd = "cd '" + Path() + "' && '" KAVEX_GRIDGEN_EXE "' -Grid '" + Path() +
-                                "/proj.Grid' -SlvrRot '" + Path() + "/rotor.SlvrRot' -pth '" +
-                                Path() + "' >/dev/null 2>&1";
-        return std::system(cmd.c_str());
-    }
-    std::string driver_log() const {
-        return "Vantor Version 0.9.15 (Beta) Build 396\n\nReading .Grid file (" + Path() +
-               "/proj.Grid)...\nBegin Grid Generation...\n";
+// One run of a project on the cube; the status is the executable's.
+struct RunDir : GridGenRun {
+    int run(const std::string& project) {
+        WriteWholeFile(strProject, project);
+        Write("1-x.cut", kCube);
+        return Run().status;
     }
 };
 
@@ -64,7 +33,7 @@ class RunDir : public ScratchDir {
 
 std::string options(int debugLevel, const std::string& start, const std::string& layerFile) {
     std::string text = "Start Options\nGrid Start Point: " + start + "\n";
-    text += fmt("Debug Level: %d\n", debugLevel);
+    text += Fmt("Debug Level: %d\n", debugLevel);
     if (!layerFile.empty()) text += "Layer File: " + layerFile + "\n";
     return text + "End Options\n";
 }
@@ -80,7 +49,7 @@ std::string spec(const std::string& from, const std::string& to, const std::stri
 }
 
 std::string section(char axis, const std::string& specs) {
-    return fmt("Body %c-GridSpec\n", axis) + specs + fmt("End %c-Grid Spec\n", axis);
+    return Fmt("Body %c-GridSpec\n", axis) + specs + Fmt("End %c-Grid Spec\n", axis);
 }
 
 // ---- Grid rules, worked independently ------------------------------------------------------
@@ -120,53 +89,36 @@ struct Axis {
 };
 
 std::string grid_file(const Axis a[3]) {
-    const int n[3] = {int(a[0].final.size()), int(a[1].final.size()), int(a[2].final.size())};
-    std::string text = fmt("# %f %f %f\n%d %d %d\n", a[0].t, a[1].t, a[2].t, n[0], n[1], n[2]);
-    for (int c = 0; c < 3; ++c)
-        for (int k = 0; k < n[2]; ++k)
-            for (int j = 0; j < n[1]; ++j)
-                for (int i = 0; i < n[0]; ++i)
-                    text += fmt(" %12.5f", a[c].final[c == 0 ? i : c == 1 ? j : k]);
-    return text + "\n# Num. of Body Cells:\n0\n";
+    const Pts corners[3] = {a[0].final, a[1].final, a[2].final};
+    return GridFile(corners, a[0].t, a[1].t, a[2].t);
 }
 
-std::string solver_file(const Axis a[3], const std::string& cellLines = "", int nCells = 0) {
-    const char* names[3][2] = {{"IE", "X"}, {"JE", "Y"}, {"KE", "Z"}};
-    std::string text =
-        fmt("# Num. of X, Y & Z Cell-Widths: IE = %d; JE = %d; KE = %d\n",
-            int(a[0].final.size()) - 1, int(a[1].final.size()) - 1, int(a[2].final.size()) - 1);
-    for (int c = 0; c < 3; ++c) {
-        const Pts& p = a[c].final;
-        text += fmt("#\n# %s = Num. of %s-Cell-Widths:\n%d\n# %s-Cell-Widths\n", names[c][0],
-                    names[c][1], int(p.size()) - 1, names[c][1]);
-        for (size_t i = 1; i < p.size(); ++i) text += fmt("%3d %27.18G\n", int(i), p[i] - p[i - 1]);
-    }
-    text += fmt("#\n# Num. of Body Cells:\n%d\n", nCells);
-    text += "# Body Cells ({I-index, J-index, K-index} of the cells)\n" + cellLines;
-    return text + "#\n# Number of Rotors:\n0\n";
+std::string solver_file(const Axis a[3], const std::vector<std::string>& cells = {}) {
+    const Pts corners[3] = {a[0].final, a[1].final, a[2].final};
+    return SolverFile(corners, cells);
 }
 
 std::string column(const Pts& x, int i) {
     const int n = int(x.size());
-    if (i >= n) return fmt(" %18s %18s %18s", " ", " ", " ");
-    if (i == n - 1) return fmt(" %18.12G %18.12G %18s", x[i], 0.0, "N/A");
-    if (i == 0) return fmt(" %18.12G %18.12G %18s", x[0], x[1] - x[0], "N/A");
+    if (i >= n) return Fmt(" %18s %18s %18s", " ", " ", " ");
+    if (i == n - 1) return Fmt(" %18.12G %18.12G %18s", x[i], 0.0, "N/A");
+    if (i == 0) return Fmt(" %18.12G %18.12G %18s", x[0], x[1] - x[0], "N/A");
     const double w = x[i + 1] - x[i];
-    if (w == 0) return fmt(" %18.12G %18.12G %18s", x[i], w, "infinity");
-    return fmt(" %18.12G %18.12G %18.12G", x[i], w, (x[i] - x[i - 1]) / w);
+    if (w == 0) return Fmt(" %18.12G %18.12G %18s", x[i], w, "infinity");
+    return Fmt(" %18.12G %18.12G %18.12G", x[i], w, (x[i] - x[i - 1]) / w);
 }
 
 std::string corner_table(const Axis a[3]) {
-    std::string text = fmt("\nNum. Of I, J, K Corner Points: IE = %d; JE = %d; KE = %d\n",
+    std::string text = Fmt("\nNum. Of I, J, K Corner Points: IE = %d; JE = %d; KE = %d\n",
                            int(a[0].final.size()), int(a[1].final.size()), int(a[2].final.size()));
     text += "\nSeq";
     for (char c : {'X', 'Y', 'Z'})
-        text += fmt(" %18s %18s %18s", fmt("%c Corner-Pts", c).c_str(), fmt("%c Widths", c).c_str(),
-                    fmt("%cW[(n-1)/n]", c).c_str());
+        text += Fmt(" %18s %18s %18s", Fmt("%c Corner-Pts", c).c_str(), Fmt("%c Widths", c).c_str(),
+                    Fmt("%cW[(n-1)/n]", c).c_str());
     text += "\n";
     const size_t rows = std::max({a[0].final.size(), a[1].final.size(), a[2].final.size()});
     for (size_t n = 0; n < rows; ++n)
-        text += fmt("%3d", int(n + 1)) + column(a[0].final, int(n)) + column(a[1].final, int(n)) +
+        text += Fmt("%3d", int(n + 1)) + column(a[0].final, int(n)) + column(a[1].final, int(n)) +
                 column(a[2].final, int(n)) + "\n";
     return text +
            "\nBody Cells (adjusted to Solver F77 array starting at 1 instead of 0)\nNum. of Body "
@@ -174,11 +126,11 @@ std::string corner_table(const Axis a[3]) {
 }
 
 void expect_files(const RunDir& run, const Axis a[3], const std::string& debug) {
-    EXPECT_EQ(run.read("KX3.grid.dat"), grid_file(a));
-    EXPECT_EQ(run.read("SolverGdInp.dat"), solver_file(a));
-    EXPECT_EQ(run.read("Lcl2Gbl.dat"), fmt("%f %f %f \n", a[0].t, a[1].t, a[2].t));
-    EXPECT_EQ(run.read("Kavex3_GridGen.out"), run.driver_log() + debug);
-    EXPECT_EQ(run.read("Kavex3_GridGen.err"), "");
+    EXPECT_EQ(run.Read("KX3.grid.dat"), grid_file(a));
+    EXPECT_EQ(run.Read("SolverGdInp.dat"), solver_file(a));
+    EXPECT_EQ(run.Read("Lcl2Gbl.dat"), Fmt("%f %f %f \n", a[0].t, a[1].t, a[2].t));
+    EXPECT_EQ(run.Read("Kavex3_GridGen.out"), run.DriverLog() + debug);
+    EXPECT_EQ(run.Read("Kavex3_GridGen.err"), "");
     EXPECT_FALSE(PathExists(run / "temp.Grid"));
 }
 
@@ -193,7 +145,7 @@ TEST(GdRunE2E, UniformGradedOverlappingForcedFractionalAndReversedSpecs) {
         section('Y', spec("0", "1", "5", "GP Ratio: 1.2\n") + spec("0.5", "0.5", "0")) +
         section('Z', spec("0", "0.7", "3.5") + spec("1", "0.7", "3", "GP Ratio: 2\n"));
     RunDir run;
-    ASSERT_EQ(run.run(project), 0) << run.read("Kavex3_GridGen.err");
+    ASSERT_EQ(run.run(project), 0) << run.Read("Kavex3_GridGen.err");
 
     Axis a[3];
     a[0].start = -5.0;
@@ -240,8 +192,8 @@ TEST(GdRunE2E, SymmetryAndLayersWithTheCornerTable) {
         section('X', spec("0.2", "1", "7", "Maintain Symmetry About: Box L0.5\n")) +
         section('Y', spec("0", "1", "2")) + section('Z', spec("0", "1", "1"));
     RunDir run;
-    run.write("layers.dat", kLayers);
-    ASSERT_EQ(run.run(project), 0) << run.read("Kavex3_GridGen.err");
+    run.Write("layers.dat", kLayers);
+    ASSERT_EQ(run.run(project), 0) << run.Read("Kavex3_GridGen.err");
 
     Axis a[3];
     cells(a[0].line, 0, 2, 2);
@@ -255,32 +207,32 @@ TEST(GdRunE2E, SymmetryAndLayersWithTheCornerTable) {
     layer_widths(a);
     for (Axis& axis : a) axis.finish();
     expect_files(run, a, corner_table(a));
-    EXPECT_NE(run.read("Kavex3_GridGen.out").find("infinity"), std::string::npos);
+    EXPECT_NE(run.Read("Kavex3_GridGen.out").find("infinity"), std::string::npos);
 }
 
 // ---- Debug levels on a small project -------------------------------------------------------
 
 std::string vals(const char* title, const Pts& v) {
-    std::string text = fmt("%s\nNo. of Vals: %d\n", title, int(v.size()));
-    for (size_t i = 0; i < v.size(); ++i) text += fmt("[%d]   %18.12f\n", int(i + 1), v[i]);
+    std::string text = Fmt("%s\nNo. of Vals: %d\n", title, int(v.size()));
+    for (size_t i = 0; i < v.size(); ++i) text += Fmt("[%d]   %18.12f\n", int(i + 1), v[i]);
     return text;
 }
 
 std::string specs(const char* title, int n, double from, double to, double nGds, const char* ff,
                   const char* ft) {
-    std::string text = fmt("%s\nNo. of Grid Specs: %d\n", title, n);
+    std::string text = Fmt("%s\nNo. of Grid Specs: %d\n", title, n);
     for (int i = 1; i <= n; ++i)
         text +=
-            fmt("[%d] from: %18.12f; to: %18.12f; nGds: %f gp_ratio: %9.5f; FxdFrom: %s; "
+            Fmt("[%d] from: %18.12f; to: %18.12f; nGds: %f gp_ratio: %9.5f; FxdFrom: %s; "
                 "FxdTo: %s\n",
                 i, from, to, nGds, 1.0, ff, ft);
     return text;
 }
 
 std::string reader_line(char axis, bool symm) {
-    std::string text = fmt("\nGrid Line Type: %c Line\n", axis);
+    std::string text = Fmt("\nGrid Line Type: %c Line\n", axis);
     if (symm) text += "Symmetry must be maintained about: 5.000000\nCommon Symmetry: False\n";
-    text += fmt("All Bodies %c Minimum: 0.000000\nAll Bodies %c Maximum: 10.000000\n", axis, axis);
+    text += Fmt("All Bodies %c Minimum: 0.000000\nAll Bodies %c Maximum: 10.000000\n", axis, axis);
     text +=
         "\nNo. of Grid Specs: 1\n\nFrom: 0.000000\nTo: 10.000000\nNum. Grids: 2.000000\n"
         "GP Ratio: 1.000000\nFrom Line Fxd: True\nTo Line Fxd: True\n";
@@ -288,14 +240,14 @@ std::string reader_line(char axis, bool symm) {
 }
 
 std::string layer_dump(const char* title, const Pts& widths) {
-    std::string text = fmt("\n\n%s\n\nLayer Starting Position: %12.5G\n", title, 0.0);
-    text += fmt("\nNumber of Layers: %d\n", widths.empty() ? 0 : 1);
+    std::string text = Fmt("\n\n%s\n\nLayer Starting Position: %12.5G\n", title, 0.0);
+    text += Fmt("\nNumber of Layers: %d\n", widths.empty() ? 0 : 1);
     if (!widths.empty())
-        text += fmt("%3s %12s %12s %9s %9s\n", "", "Length", "GPratio", "Num-Cells", "Nxt-Cnctd") +
-                fmt("%3d %12.5G %12.5G %9d %9s\n", 1, 2.0, 1.0, 2, "F");
-    text += fmt("\nNumber of Cell Widths: %d\n", int(widths.size()));
-    if (!widths.empty()) text += fmt("%3s %12s\n", "", "CellWidths");
-    for (size_t k = 0; k < widths.size(); ++k) text += fmt("%3d %12.5G\n", int(k + 1), widths[k]);
+        text += Fmt("%3s %12s %12s %9s %9s\n", "", "Length", "GPratio", "Num-Cells", "Nxt-Cnctd") +
+                Fmt("%3d %12.5G %12.5G %9d %9s\n", 1, 2.0, 1.0, 2, "F");
+    text += Fmt("\nNumber of Cell Widths: %d\n", int(widths.size()));
+    if (!widths.empty()) text += Fmt("%3s %12s\n", "", "CellWidths");
+    for (size_t k = 0; k < widths.size(); ++k) text += Fmt("%3d %12.5G\n", int(k + 1), widths[k]);
     return text;
 }
 
@@ -339,7 +291,7 @@ std::string small_debug(int level, const RunDir& run, const Axis a[3]) {
                 layer_dump("X-Layer After Body", {}) + layer_dump("Y-Layer After Body", {}) +
                 layer_dump("Z-Layer After Body", {});
         text +=
-            fmt("\nBody Points Translated By: [%25.18G, %25.18G, %25.18G]\nBody Cells Indices "
+            Fmt("\nBody Points Translated By: [%25.18G, %25.18G, %25.18G]\nBody Cells Indices "
                 "Translated By: [%d, %d, %d]\n",
                 a[0].t, a[1].t, a[2].t, 3, 1, 1);
     }
@@ -355,8 +307,8 @@ TEST(GdRunE2E, DebugOutputAtEachLevelThreshold) {
             section('X', spec("0", "1", "2")) + section('Y', spec("0", "1", "2")) +
             section('Z', spec("0", "1", "2", "Maintain Symmetry About: Box L0.5\n"));
         RunDir run;
-        run.write("layers.dat", "1\n1 1 2 2 1\n0 0 0 0 0\n");
-        ASSERT_EQ(run.run(project), 0) << run.read("Kavex3_GridGen.err");
+        run.Write("layers.dat", "1\n1 1 2 2 1\n0 0 0 0 0\n");
+        ASSERT_EQ(run.run(project), 0) << run.Read("Kavex3_GridGen.err");
         Axis a[3];
         for (Axis& axis : a) axis.line = {0, 5, 10};
         a[0].start = 1.0;
@@ -367,28 +319,6 @@ TEST(GdRunE2E, DebugOutputAtEachLevelThreshold) {
         SCOPED_TRACE(level);
         expect_files(run, a, small_debug(level, run, a));
     }
-}
-
-TEST(GdRunE2E, BodyCellsReachTheSolverFileOneBased) {
-    // X, Y, Z each 4 cells over [-5, 15]: the cube fills cells 1 and 2 of each axis; with no
-    // layers the shift is 1 and the solver counts from 1, so the cells are 3 and 4.
-    std::string project = options(0, "(0.0,0.0,0.0)", "") + kBodies;
-    project.replace(project.find("used in solver: False"), 21, "used in solver: True");
-    for (char axis : {'X', 'Y', 'Z'}) project += section(axis, spec("-0.5", "1.5", "4"));
-    RunDir run;
-    ASSERT_EQ(run.run(project), 0) << run.read("Kavex3_GridGen.err");
-    Axis a[3];
-    for (Axis& axis : a) {
-        cells(axis.line, at(-0.5), at(1.5), 4);
-        axis.line.push_back(at(1.5));
-        axis.finish();
-    }
-    std::string cellLines;
-    for (int i = 3; i <= 4; ++i)
-        for (int j = 3; j <= 4; ++j)
-            for (int k = 3; k <= 4; ++k) cellLines += fmt("%d, %d, %d\n", i, j, k);
-    EXPECT_EQ(run.read("SolverGdInp.dat"), solver_file(a, cellLines, 8));
-    EXPECT_EQ(run.read("KX3.grid.dat"), grid_file(a));
 }
 
 }  // namespace

@@ -45,16 +45,6 @@ std::string message_of(const std::string& path, unsigned flags, int zone) {
     return "no error";
 }
 
-std::vector<int> dims_of(const FEL_pointer<FEL_mesh>& mesh) {
-    std::vector<int> d(3, -1);
-    mesh->get_structured_dimensions(d.data());
-    return d;
-}
-
-const FEL_curvilinear_mesh& curvilinear(const FEL_pointer<FEL_mesh>& mesh) {
-    return dynamic_cast<const FEL_curvilinear_mesh&>(*mesh.get());
-}
-
 }  // namespace
 
 TEST(FEL_plot3d_reader, DeducerSizeTestsInTheirOrderAndIn32BitArithmetic) {
@@ -93,7 +83,7 @@ TEST(FEL_plot3d_reader, FortranSingleZoneIsReadAndThePlainFormIsRefusedBySize) {
     EXPECT_EQ(flags, 0x148u);
     EXPECT_EQ(mesh->get_name(), "curvilinear_mesh_xyz_layout");
     EXPECT_EQ(dims_of(mesh), (std::vector<int>{2, 3, 4}));
-    EXPECT_EQ(curvilinear(mesh).node(23), FEL_vector3<float>(23, 230, 2300));
+    EXPECT_EQ(node(mesh, 23), FEL_vector3<float>(23, 230, 2300));
     EXPECT_TRUE(CheckBinaryFileSize(path, 0x108));
 
     const std::string blanked = dir.write("fi", fortran_zone(2, 2, 2, true));
@@ -126,7 +116,7 @@ TEST(FEL_plot3d_reader, FourThousandZonesAreReadAndOneMoreIsNoPlot3d) {
     const FEL_pointer<FEL_mesh> mesh = FEL_read_mesh(most, flags, -1);
     EXPECT_EQ(flags, 0x14Au);
     ASSERT_EQ(mesh->get_n_zones(), 4000);
-    EXPECT_EQ(curvilinear(mesh->get_zone(3999)).node(7), FEL_vector3<float>(3999, 3999, 3999));
+    EXPECT_EQ(node(mesh->get_zone(3999), 7), FEL_vector3<float>(3999, 3999, 3999));
 
     const std::string too_many = dir.write("4001", fortran_zones(4001));
     EXPECT_EQ(FEL_plot3d_deduce_mesh_type(too_many), 0u);
@@ -144,7 +134,7 @@ TEST(FEL_plot3d_reader, TextDimensionsMustReadTheSameAsIntegerAndFloat) {
         FEL_plot3d_read_mesh(dir.write("ok", "12.0 1 1\n" + nodes + "\n"), 0x120, -1);
     EXPECT_EQ(dims_of(mesh), (std::vector<int>{12, 1, 1}));
     EXPECT_EQ(mesh->get_name(), "curvilinear_surface_mesh");
-    EXPECT_EQ(curvilinear(mesh).node(11), FEL_vector3<float>(11.25f, 11.25f, 11.25f));
+    EXPECT_EQ(node(mesh, 11), FEL_vector3<float>(11.25f, 11.25f, 11.25f));
 
     const std::string half = dir.write("half", "12.5 1 1\n" + nodes + "\n");
     EXPECT_EQ(message_of(half, 0x120, -1), "\"" + half + "\":\nProblem reading dimensions");
@@ -171,7 +161,7 @@ TEST(FEL_plot3d_reader, TextIblankFormIsFoundByTheTrialReads) {
     int iblank = 7;
     mesh->iblank_at_vertex_cell(v, &iblank);
     EXPECT_EQ(iblank, 0);
-    EXPECT_EQ(curvilinear(mesh).node(7), FEL_vector3<float>(1.5f, 1.5f, 1.5f));
+    EXPECT_EQ(node(mesh, 7), FEL_vector3<float>(1.5f, 1.5f, 1.5f));
 }
 
 TEST(FEL_plot3d_reader, ZonesAskedForAndHeaderOnlyReads) {

@@ -1,11 +1,14 @@
-// Helpers of the reader tests: files written byte for byte, and the shared corpus.
+// Helpers of the reader tests: files written byte for byte, the shared corpus, and what a
+// read mesh holds.
 #pragma once
 
 #include <cstdint>
 #include <cstring>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
+#include "FEL_curvilinear_mesh.h"
 #include "ScratchDir.h"
 
 // A scratch directory whose write() puts the bytes in a named file and returns its path.
@@ -40,4 +43,15 @@ inline std::string le_ints(std::initializer_list<std::uint32_t> values) {
 
 inline std::string corpus(const std::string& relative) {
     return std::string(KAVEX_SHARED_DATA) + "/" + relative;
+}
+
+inline std::vector<int> dims_of(const FEL_pointer<FEL_mesh>& mesh) {
+    std::vector<int> d(3, -1);
+    mesh->get_structured_dimensions(d.data());
+    return d;
+}
+
+// Node n of a curvilinear mesh by its linear number.
+inline FEL_vector3<float> node(const FEL_pointer<FEL_mesh>& mesh, int n) {
+    return dynamic_cast<const FEL_curvilinear_mesh&>(*mesh.get()).node(n);
 }

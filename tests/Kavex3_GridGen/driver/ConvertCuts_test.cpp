@@ -10,40 +10,17 @@
 
 #include "ScratchDir.h"
 
-TEST(all_bodies_are_cut_files, OnlySurfaceBodiesBreakIt) {
-    EXPECT_TRUE(all_bodies_are_cut_files({}));
-    std::vector<_BodyStruct> bodies(3);
-    bodies[0].eBodyType = BODY_XCUT;
-    bodies[1].eBodyType = BODY_YCUT;
-    bodies[2].eBodyType = BODY_ZCUT;
-    EXPECT_TRUE(all_bodies_are_cut_files(bodies));
-    bodies[1].eBodyType = BODY_STL;
-    EXPECT_FALSE(all_bodies_are_cut_files(bodies));
-    bodies[1].eBodyType = BODY_PLOT3D;
-    EXPECT_FALSE(all_bodies_are_cut_files(bodies));
-}
-
 namespace {
 
-// Puts directory alone at the head of PATH (or as all of it) while it lives.
+// Puts directory at the head of PATH (or as all of it) while it lives.
 class PathPrefix {
   public:
-    PathPrefix(const std::string& directory, bool blnKeepRest) {
-        const char* old = std::getenv("PATH");
-        m_blnHad = old != nullptr;
-        if (m_blnHad) m_strOld = old;
-        const std::string path = blnKeepRest && m_blnHad ? directory + ":" + m_strOld : directory;
-        setenv("PATH", path.c_str(), 1);
+    PathPrefix(const std::string& directory, bool blnKeepRest) : m_strOld(getenv("PATH")) {
+        setenv("PATH", (blnKeepRest ? directory + ":" + m_strOld : directory).c_str(), 1);
     }
-    ~PathPrefix() {
-        if (m_blnHad)
-            setenv("PATH", m_strOld.c_str(), 1);
-        else
-            unsetenv("PATH");
-    }
+    ~PathPrefix() { setenv("PATH", m_strOld.c_str(), 1); }
 
   private:
-    bool m_blnHad;
     std::string m_strOld;
 };
 

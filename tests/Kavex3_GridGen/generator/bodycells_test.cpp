@@ -9,44 +9,7 @@
 
 namespace {
 
-// Runs write(stream) on a memory stream and returns what was written.
-template <typename F>
-std::string capture(F write) {
-    char* buf = nullptr;
-    size_t len = 0;
-    FILE* stream = open_memstream(&buf, &len);
-    write(stream);
-    std::fclose(stream);
-    std::string text(buf, len);
-    std::free(buf);
-    return text;
-}
-
-using BodyCellStore = GenRecordsTest;
-
-TEST_F(BodyCellStore, IndicesGoToTheArrayOfTheirAxisAndSurviveGrowth) {
-    mark_body_cell(2, 7, 0, 8, 1, 9);
-    EXPECT_EQ(cells(), (Cells{{8, 9, 7}}));
-    for (int c = 1; c < 2500; ++c) mark_body_cell(0, c, 1, c % 7, 2, -c % 5);
-    ASSERT_EQ(nBodyCells, 2500);
-    EXPECT_EQ(cells()[0], (std::array<int, 3>{8, 9, 7}));
-    EXPECT_EQ(cells()[999], (std::array<int, 3>{999, 5, -4}));
-    EXPECT_EQ(cells()[2499], (std::array<int, 3>{2499, 0, -4}));
-
-    const int16_t shift[3] = {1, -2, 300};
-    translate_body_cells(shift);
-    EXPECT_EQ(cells()[0], (std::array<int, 3>{9, 7, 307}));
-    EXPECT_EQ(cells()[2499], (std::array<int, 3>{2500, -2, 296}));
-}
-
-TEST_F(BodyCellStore, DebugLevelAboveNineListsEachMarkedCell) {
-    gd_options.debugLevel = 10;
-    const std::string text = capture([](FILE* s) {
-        gd_options.debugStream = s;
-        mark_body_cell(1, 4, 2, 5, 0, 6);
-    });
-    EXPECT_EQ(text, "[6, 4, 5]\n");
-}
+using BodyCellStore = GenTest;
 
 TEST_F(BodyCellStore, ZeroWidthCellsBehindOneBodyCellFillTheCorner) {
     // N = 6 points per axis: cells 0 .. 4, the zero-width boundary cells are 0 and 4, the
@@ -54,14 +17,14 @@ TEST_F(BodyCellStore, ZeroWidthCellsBehindOneBodyCellFillTheCorner) {
     // pass, the three faces, three edges and the corner behind it.
     mark_body_cell(0, 1, 1, 1, 2, 1);
     mark_body_blocking_zero_width_cells(6, 6, 6);
-    EXPECT_EQ(cells(), (Cells{{1, 1, 1},
-                              {0, 1, 1},
-                              {1, 0, 1},
-                              {0, 0, 1},
-                              {1, 1, 0},
-                              {0, 1, 0},
-                              {1, 0, 0},
-                              {0, 0, 0}}));
+    EXPECT_EQ(marked_cells(), (Cells{{1, 1, 1},
+                                     {0, 1, 1},
+                                     {1, 0, 1},
+                                     {0, 0, 1},
+                                     {1, 1, 0},
+                                     {0, 1, 0},
+                                     {1, 0, 0},
+                                     {0, 0, 0}}));
 }
 
 TEST_F(BodyCellStore, ZeroWidthCellsOnBothSidesAndOnlyNextToTheBoundary) {
@@ -71,38 +34,39 @@ TEST_F(BodyCellStore, ZeroWidthCellsOnBothSidesAndOnlyNextToTheBoundary) {
     mark_body_cell(0, 1, 1, 5, 2, 7);
     mark_body_cell(0, 1, 1, 7, 2, 1);
     mark_body_blocking_zero_width_cells(4, 10, 12);
-    EXPECT_EQ(cells(), (Cells{{1, 5, 7},
-                              {1, 7, 1},
-                              {0, 5, 7},
-                              {2, 5, 7},
-                              {0, 7, 1},
-                              {2, 7, 1},
-                              {1, 8, 1},
-                              {0, 8, 1},
-                              {2, 8, 1},
-                              {1, 7, 0},
-                              {0, 7, 0},
-                              {2, 7, 0},
-                              {1, 8, 0},
-                              {0, 8, 0},
-                              {2, 8, 0}}));
+    EXPECT_EQ(marked_cells(), (Cells{{1, 5, 7},
+                                     {1, 7, 1},
+                                     {0, 5, 7},
+                                     {2, 5, 7},
+                                     {0, 7, 1},
+                                     {2, 7, 1},
+                                     {1, 8, 1},
+                                     {0, 8, 1},
+                                     {2, 8, 1},
+                                     {1, 7, 0},
+                                     {0, 7, 0},
+                                     {2, 7, 0},
+                                     {1, 8, 0},
+                                     {0, 8, 0},
+                                     {2, 8, 0}}));
 }
 
-TEST_F(BodyCellStore, SolverListAndDebugListAreExact) {
-    EXPECT_EQ(capture(wr_bodyblocks_input_for_solver),
-              "#\n# Num. of Body Cells:\n0\n# Body Cells ({I-index, J-index, K-index} of the "
-              "cells)\n");
+TEST_F(BodyCellStore, DebugListsAreShiftedAndAboveLevelNineEachMarkedCell) {
     mark_body_cell(0, 0, 1, 1, 2, 2);
     mark_body_cell(0, 9, 1, 10, 2, 11);
-    EXPECT_EQ(capture(wr_bodyblocks_input_for_solver),
-              "#\n# Num. of Body Cells:\n2\n# Body Cells ({I-index, J-index, K-index} of the "
-              "cells)\n1, 2, 3\n10, 11, 12\n");
-    EXPECT_EQ(capture([](FILE* s) { dbgpr_body_cells(s, 1, 2, 3, "Cells"); }),
+    EXPECT_EQ(stream_text([](FILE* s) { dbgpr_body_cells(s, 1, 2, 3, "Cells"); }),
               "\nCells\nNum. of Body Cells: 2\n[1, 3, 5]\n[10, 12, 14]\n");
+    gd_options.debugLevel = 10;
+    const std::string text = stream_text([](FILE* s) {
+        gd_options.debugStream = s;
+        mark_body_cell(1, 4, 2, 5, 0, 6);
+    });
+    EXPECT_EQ(text, "[6, 4, 5]\n");
 }
 
-TEST_F(BodyCellStore, LongListsAreWrittenWhole) {
-    // Enough lines to pass through the writer's buffer several times; expected text by printf.
+TEST_F(BodyCellStore, LongListsGrowAreWrittenWholeAndShift) {
+    // Enough cells to grow the store twice and lines to pass through the writer's buffer several
+    // times; expected text by printf.
     std::string expected =
         "#\n# Num. of Body Cells:\n3000\n# Body Cells ({I-index, J-index, "
         "K-index} of the cells)\n";
@@ -111,7 +75,10 @@ TEST_F(BodyCellStore, LongListsAreWrittenWhole) {
         expected += std::to_string(c * 10 + 1) + ", " + std::to_string(32768 - c) + ", " +
                     std::to_string(c % 3 + 1) + "\n";
     }
-    EXPECT_EQ(capture(wr_bodyblocks_input_for_solver), expected);
+    EXPECT_EQ(stream_text(wr_bodyblocks_input_for_solver), expected);
+    const int16_t shift[3] = {1, -2, 300};
+    translate_body_cells(shift);
+    EXPECT_EQ(marked_cells()[2999], (std::array<int, 3>{29991, 29766, 302}));
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ extern "C" void* realloc(void* p, size_t size) {
 
 namespace {
 
-using BodyMarkingAllocation = GenRecordsTest;
+using BodyMarkingAllocation = GenTest;
 
 TEST_F(BodyMarkingAllocation, SecondMarkingOfABodyAllocatesNothing) {
 #ifndef KAVEX_COUNT_ALLOCATIONS

@@ -9,88 +9,72 @@
 
 namespace {
 
+using Pts = std::vector<std::pair<double, double>>;
+
 struct Poly {
     ClipPolygon rec{0, 0, nullptr, nullptr};
-    Poly() = default;
-    Poly(std::initializer_list<std::pair<double, double>> pts) {
+    explicit Poly(const Pts& pts = {}) {
         for (const auto& p : pts) append_clip_point(&rec, p.first, p.second);
     }
     ~Poly() {
         std::free(rec.x);
         std::free(rec.y);
     }
-    std::vector<std::pair<double, double>> points() const {
-        std::vector<std::pair<double, double>> v;
+    Pts points() const {
+        Pts v;
         for (int i = 0; i < rec.count; ++i) v.emplace_back(rec.x[i], rec.y[i]);
         return v;
     }
 };
 
-using Pts = std::vector<std::pair<double, double>>;
-
-TEST(ClipPolygon, HalvesASquareWalkingTheEdgesInOrder) {
-    // (0,2)---(2,2)      keep x < 1:   (0,2)-(1,2)
-    //   |       |                        |     |
-    // (0,0)---(2,0)                    (0,0)-(1,0)
-    Poly square{{0, 0}, {2, 0}, {2, 2}, {0, 2}, {0, 0}};
-    Poly out;
-    clip_polygon_with_axis_aligned_line(&square.rec, 0, 1.0, 1, &out.rec);
-    EXPECT_EQ(out.points(), (Pts{{1, 0}, {1, 2}, {0, 2}, {0, 0}, {1, 0}}));
-    EXPECT_DOUBLE_EQ(clip_polygon_area(&out.rec), 2.0);
-
-    // Keeping y > 1 instead starts at the crossing of the second edge.
-    clip_polygon_with_axis_aligned_line(&square.rec, 1, 1.0, 0, &out.rec);
-    EXPECT_EQ(out.points(), (Pts{{2, 1}, {2, 2}, {0, 2}, {0, 1}, {2, 1}}));
-}
-
-TEST(ClipPolygon, PointsOnTheLineCountAsOutside) {
-    // (0,1)
-    //   | \        the corner (1,0) lies on the line x = 1: it is outside, so both edges at it
-    //   |  \       cross, and it comes back twice as a crossing point.
-    // (0,0)-(1,0)
-    Poly tri{{0, 0}, {1, 0}, {0, 1}, {0, 0}};
-    Poly out;
-    clip_polygon_with_axis_aligned_line(&tri.rec, 0, 1.0, 1, &out.rec);
-    EXPECT_EQ(out.points(), (Pts{{1, 0}, {1, 0}, {0, 1}, {0, 0}, {1, 0}}));
-
-    // A polygon lying wholly on the line, or beyond it, leaves nothing; keeping above x = 0
-    // drops the two points on x = 0 and keeps the rest.
-    Poly onLine{{1, 0}, {1, 3}, {1, 5}, {1, 0}};
-    clip_polygon_with_axis_aligned_line(&onLine.rec, 0, 1.0, 1, &out.rec);
-    EXPECT_EQ(out.rec.count, 0);
-    clip_polygon_with_axis_aligned_line(&onLine.rec, 0, 1.0, 0, &out.rec);
-    EXPECT_EQ(out.rec.count, 0);
-    clip_polygon_with_axis_aligned_line(&tri.rec, 0, 0.0, 0, &out.rec);
-    EXPECT_EQ(out.points(), (Pts{{0, 0}, {1, 0}, {0, 1}, {0, 0}}));
-    EXPECT_DOUBLE_EQ(clip_polygon_area(&out.rec), 0.5);
-}
-
-TEST(ClipPolygon, CrossingPointsAreExact) {
-    // Edge (0,0)-(4,2) crosses x = 1 at y = 1 * 2 / 4 = 0.5, edge (4,2)-(0,3) at y = 2 + 3/4.
-    Poly tri{{0, 0}, {4, 2}, {0, 3}, {0, 0}};
-    Poly out;
-    clip_polygon_with_axis_aligned_line(&tri.rec, 0, 1.0, 1, &out.rec);
-    EXPECT_EQ(out.points(), (Pts{{1, 0.5}, {1, 2.75}, {0, 3}, {0, 0}, {1, 0.5}}));
-    // Trapezoid of width 1 with parallel sides 3 and 2.25.
-    EXPECT_EQ(clip_polygon_area(&out.rec), 2.625);
+TEST(ClipPolygon, EdgesWalkedInOrderWithExactCrossingsAndPointsOnTheLineOutside) {
+    // (0,2)---(2,2)   keep x < 1: (0,2)-(1,2)       (0,1)   the corner (1,0) lies on x = 1: it is
+    //   |       |                   |     |          | \    outside, so both edges at it cross,
+    // (0,0)---(2,0)               (0,0)-(1,0)     (0,0)-(1,0) and it comes back twice.
+    // Edge (0,0)-(4,2) crosses x = 1 at y = 1 * 2 / 4 = 0.5, edge (4,2)-(0,3) at y = 2 + 3/4: a
+    // trapezoid of width 1 with parallel sides 3 and 2.25.
+    const Pts square = {{0, 0}, {2, 0}, {2, 2}, {0, 2}, {0, 0}},
+              tri = {{0, 0}, {1, 0}, {0, 1}, {0, 0}};
+    const Pts wide = {{0, 0}, {4, 2}, {0, 3}, {0, 0}}, onLine = {{1, 0}, {1, 3}, {1, 5}, {1, 0}};
+    const struct {
+        const Pts& in;
+        int axis;
+        double at;
+        int below;
+        Pts out;
+        double area;
+    } rows[] = {
+        {square, 0, 1.0, 1, {{1, 0}, {1, 2}, {0, 2}, {0, 0}, {1, 0}}, 2.0},
+        // Keeping y > 1 starts at the crossing of the second edge.
+        {square, 1, 1.0, 0, {{2, 1}, {2, 2}, {0, 2}, {0, 1}, {2, 1}}, 2.0},
+        {tri, 0, 1.0, 1, {{1, 0}, {1, 0}, {0, 1}, {0, 0}, {1, 0}}, 0.5},
+        // Keeping above x = 0 drops the two points on x = 0 and keeps the rest.
+        {tri, 0, 0.0, 0, {{0, 0}, {1, 0}, {0, 1}, {0, 0}}, 0.5},
+        {wide, 0, 1.0, 1, {{1, 0.5}, {1, 2.75}, {0, 3}, {0, 0}, {1, 0.5}}, 2.625},
+        // A polygon wholly on the line, or beyond it, leaves nothing.
+        {onLine, 0, 1.0, 1, {}, 0.0},
+        {onLine, 0, 1.0, 0, {}, 0.0},
+    };
+    for (const auto& row : rows) {
+        Poly in(row.in), out({{9, 9}});
+        clip_polygon_with_axis_aligned_line(&in.rec, row.axis, row.at, row.below, &out.rec);
+        EXPECT_EQ(out.points(), row.out) << row.in.size() << " " << row.axis << " " << row.at;
+        EXPECT_EQ(clip_polygon_area(&out.rec), row.area);
+    }
 }
 
 TEST(ClipPolygon, ShortInputsGiveNothingAndOutputGrowsByTen) {
-    Poly one{{0.5, 0.5}};
-    Poly out{{9, 9}, {8, 8}, {9, 9}};
+    Poly one({{0.5, 0.5}}), out({{9, 9}, {8, 8}, {9, 9}});
     clip_polygon_with_axis_aligned_line(&one.rec, 0, 1.0, 1, &out.rec);
     EXPECT_EQ(out.rec.count, 0);
     EXPECT_EQ(clip_polygon_area(&one.rec), 0.0);
-
     // Eleven distinct points inside, closed: twelve in the output, in records of 10 and 20.
-    Poly many;
+    Poly many, grown;
     for (int i = 0; i < 11; ++i) append_clip_point(&many.rec, i * 0.1, (i % 2) * 0.1);
     append_clip_point(&many.rec, 0.0, 0.0);
     EXPECT_EQ(many.rec.capacity, 20);
-    Poly grown;
     clip_polygon_with_axis_aligned_line(&many.rec, 1, 5.0, 1, &grown.rec);
-    EXPECT_EQ(grown.rec.count, 12);
-    EXPECT_EQ(grown.rec.capacity, 20);
+    EXPECT_EQ(std::make_pair(grown.rec.count, grown.rec.capacity), std::make_pair(12, 20));
     EXPECT_EQ(grown.rec.x[0], 0.1);  // the walk starts with the end of the first edge
 }
 

@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <deque>
 #include <functional>
 #include <string>
@@ -15,32 +16,44 @@
 #include <vector>
 
 #include "generator/bodies.h"
+#include "generator/bodycells.h"
 #include "generator/gdrecords.h"
 #include "generator/readFileC.h"
 
-inline std::string read_all(FILE* stream) {
-    std::rewind(stream);
-    std::string text;
-    char buf[4096];
-    size_t n;
-    while ((n = std::fread(buf, 1, sizeof buf, stream)) > 0) text.append(buf, n);
+// Everything that write puts on a fresh stream.
+inline std::string stream_text(const std::function<void(FILE*)>& write) {
+    char* buf = nullptr;
+    size_t len = 0;
+    FILE* stream = open_memstream(&buf, &len);
+    write(stream);
+    std::fclose(stream);
+    std::string text(buf, len);
+    std::free(buf);
     return text;
 }
 
-inline void set_test_options(int debugLevel = 0, FILE* debugStream = nullptr) {
-    gd_options = GdOptions{};
-    gd_options.roundOff = 0.5;
-    gd_options.gridTol = 1e-8;
-    gd_options.cellTol = 1e-5;
+// Options at their defaults but quiet, empty grid lines, no bodies, no body cells and no spec
+// section read (the old storage is left behind, as the generator never frees it).
+inline void reset_generator_records(int debugLevel = 0, FILE* debugStream = stdout) {
+    init_options2();
     gd_options.debugLevel = debugLevel;
     gd_options.debugStream = debugStream;
+    init_all_grid_lines2();
+    reset_newBdyGdspc_parms2();
+    pref_options = GdOptions{};
+    allBdys = nullptr;
+    numBdys = maxBdys = numOrigBdys = 0;
+    OptionsDefnDone = BodyDefnsDone = XgdSpecDone = YgdSpecDone = ZgdSpecDone = 0;
+    for (auto& cells : bodyCells) {
+        std::free(cells);
+        cells = nullptr;
+    }
+    nBodyCells = 0;
 }
 
 inline GridLine make_line(int type) {
     GridLine line{};
-    line.type = type;
-    line.symmPosn = line.fullSpanAbout = line.allBdysMin = line.allBdysMax = UNSET_DBL;
-    line.discardBelow = line.discardAfter = UNSET_DBL;
+    init_gridln(&line, type);
     return line;
 }
 
@@ -55,6 +68,26 @@ inline BdyGdspc spec(double from, double to, double nGds, double ratio = 1.0, in
     return BdyGdspc{from, to, nGds, ratio, fxdFrom, fxdTo};
 }
 
+// Points the line at a malloc'ed copy of pts, as the generator keeps them.
+inline void set_line(GridLine* line, const std::vector<double>& pts) {
+    line->gdpts = static_cast<double*>(std::malloc(sizeof(double) * pts.size()));
+    std::memcpy(line->gdpts, pts.data(), sizeof(double) * pts.size());
+    line->nGdpts = static_cast<int>(pts.size());
+}
+
+inline std::vector<double> points(const GridLine& line) {
+    return std::vector<double>(line.gdpts, line.gdpts + line.nGdpts);
+}
+
+using Cells = std::vector<std::array<int, 3>>;
+
+inline Cells marked_cells() {
+    Cells v;
+    for (int c = 0; c < nBodyCells; ++c)
+        v.push_back({bodyCells[0][c], bodyCells[1][c], bodyCells[2][c]});
+    return v;
+}
+
 class BodyBuilder {
   public:
     using Polygon = std::vector<std::pair<double, double>>;
@@ -66,10 +99,7 @@ class BodyBuilder {
         std::vector<BodyCut>& stored = cuts_.emplace_back();
         for (const auto& [posn, poly] : cuts) {
             std::vector<double>& pts = pts_.emplace_back();
-            for (const auto& [q1, q2] : poly) {
-                pts.push_back(q1);
-                pts.push_back(q2);
-            }
+            for (const auto& [q1, q2] : poly) pts.insert(pts.end(), {q1, q2});
             BodyCut cut{};
             cut.posn = posn;
             cut.pts = reinterpret_cast<double(*)[2]>(pts.data());
@@ -86,8 +116,7 @@ class BodyBuilder {
         Body body{};
         body.name = const_cast<char*>("body");
         body.type = type;
-        body.usedInSolver = 1;
-        body.fullSpanUsedInSolver = 1;
+        body.usedInSolver = body.fullSpanUsedInSolver = 1;
         body.mirrorAxis = 3;
         body.blockFraction = UNSET_DBL;
         for (int a = 0; a < 3; ++a) {
@@ -95,9 +124,8 @@ class BodyBuilder {
             body.bdyMax[a] = bdyMax[a];
         }
         if (type == 3) {
-            std::vector<double>& corners = pts_.emplace_back();
-            corners = {bdyMin[0], bdyMin[1], bdyMin[2], bdyMax[0], bdyMax[1], bdyMax[2]};
-            body.cuboid = corners.data();
+            pts_.push_back({bdyMin[0], bdyMin[1], bdyMin[2], bdyMax[0], bdyMax[1], bdyMax[2]});
+            body.cuboid = pts_.back().data();
         }
         return body;
     }
@@ -107,66 +135,14 @@ class BodyBuilder {
     std::deque<std::vector<BodyCut>> cuts_;
 };
 
-class GenRecordsTest : public ::testing::Test {
+class GenTest : public ::testing::Test {
   protected:
-    void SetUp() override { reset_records(); }
-    void TearDown() override { reset_records(); }
-
-    static void reset_records() {
-        for (auto& cells : bodyCells) {
-            std::free(cells);
-            cells = nullptr;
-        }
-        nBodyCells = 0;
-        gd_options = GdOptions{};
-        gd_options.cutBlockFraction = 0.12;
-        gd_options.cuboidBlockFraction = 0.12;
-        gd_options.gridTol = 1e-8;
-        gd_options.cellTol = 1e-5;
-        gd_options.debugStream = stdout;
-        for (GridLine* line : {&Xgdln, &Ygdln, &Zgdln}) {
-            *line = GridLine{};
-            line->fullSpanAbout = line->allBdysMin = line->allBdysMax = UNSET_DBL;
-            line->discardBelow = line->discardAfter = line->symmPosn = UNSET_DBL;
-        }
-        Xgdln.type = 0;
-        Ygdln.type = 1;
-        Zgdln.type = 2;
-        allBdys = nullptr;  // tables made by the tests are left to the process's end
-        numBdys = maxBdys = numOrigBdys = 0;
+    void SetUp() override { reset_generator_records(); }
+    void TearDown() override {
+        for (GridLine* line : {&Xgdln, &Ygdln, &Zgdln}) std::free(line->gdpts);
+        reset_generator_records();
     }
-
-    // Points the line at a copy of pts that lives as long as the test.
-    void set_line(GridLine* line, std::vector<double> pts) {
-        lines_.push_back(std::move(pts));
-        line->gdpts = lines_.back().data();
-        line->nGdpts = static_cast<int>(lines_.back().size());
-    }
-
-    static std::vector<std::array<int, 3>> cells() {
-        std::vector<std::array<int, 3>> v;
-        for (int c = 0; c < nBodyCells; ++c)
-            v.push_back({bodyCells[0][c], bodyCells[1][c], bodyCells[2][c]});
-        return v;
-    }
-
-  private:
-    std::vector<std::vector<double>> lines_;
 };
-
-using Cells = std::vector<std::array<int, 3>>;
-
-// Puts options, grid lines, the grid-spec collection, the section flags and the body table back to
-// the state before a run (the old storage is left behind, as the generator never frees it).
-inline void reset_generator_records() {
-    init_options2();
-    init_all_grid_lines2();
-    reset_newBdyGdspc_parms2();
-    pref_options = GdOptions{};
-    allBdys = nullptr;
-    numBdys = maxBdys = numOrigBdys = 0;
-    OptionsDefnDone = BodyDefnsDone = XgdSpecDone = YgdSpecDone = ZgdSpecDone = 0;
-}
 
 // Writes text to a file named after the process and name in the test temp folder.
 inline std::string write_temp_file(const std::string& name, const std::string& text) {
@@ -180,17 +156,3 @@ inline std::string write_temp_file(const std::string& name, const std::string& t
     }
     return path;
 }
-
-// Everything that write puts on a fresh stream.
-inline std::string stream_text(const std::function<void(FILE*)>& write) {
-    FILE* f = std::tmpfile();
-    write(f);
-    std::string text = read_all(f);
-    std::fclose(f);
-    return text;
-}
-
-class GenInputTest : public ::testing::Test {
-  protected:
-    void SetUp() override { reset_generator_records(); }
-};

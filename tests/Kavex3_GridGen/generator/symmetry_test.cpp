@@ -9,19 +9,7 @@
 
 namespace {
 
-std::vector<double> points(const GridLine& line) {
-    return std::vector<double>(line.gdpts, line.gdpts + line.nGdpts);
-}
-
-class GenXYZ : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        set_test_options();
-        Xgdln = make_line(0);
-        Ygdln = make_line(1);
-        Zgdln = make_line(2);
-    }
-};
+using GenXYZ = GenTest;
 
 TEST_F(GenXYZ, CommonSymmetrySharesOnePatternAboutEachLinesPlane) {
     // X: 10 cells over [0,10] about 5. Y: 10 cells over [14,16] about 15, which is [4,6] about
@@ -74,9 +62,7 @@ TEST_F(GenXYZ, DiscardLimitsBecomeGridPointsAndCutTheLine) {
 TEST_F(GenXYZ, DiscardKeepsPointsWithinTolOfTheLimit) {
     // Points 0, 1, 2, 3: limits 1 + 0.5e-8 and 2 - 0.5e-8 still keep 1 and 2.
     GridLine line = make_line(0);
-    line.gdpts = static_cast<double*>(std::malloc(4 * sizeof(double)));
-    for (int i = 0; i < 4; ++i) line.gdpts[i] = i;
-    line.nGdpts = 4;
+    set_line(&line, {0, 1, 2, 3});
     line.discardBelow = 1 + 0.5e-8;
     discard_grids_below(&line);
     discard_grids_after(&line, 2 - 0.5e-8);
@@ -88,9 +74,7 @@ TEST_F(GenXYZ, DiscardKeepsPointsWithinTolOfTheLimit) {
     discard_grids_below(&line);
     EXPECT_EQ(line.nGdpts, 0);
     EXPECT_EQ(line.gdpts, nullptr);
-    line.gdpts = static_cast<double*>(std::malloc(sizeof(double)));
-    line.gdpts[0] = 1.0;
-    line.nGdpts = 1;
+    set_line(&line, {1.0});
     discard_grids_after(&line, 1 - 2e-8);
     EXPECT_EQ(line.nGdpts, 0);
     EXPECT_EQ(line.gdpts, nullptr);

@@ -1,0 +1,116 @@
+// End-to-end helpers: the executable run in a scratch run directory, and the solver file a run
+// should write, built by independent formatting.
+#pragma once
+
+#include <stdio.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdarg>
+#include <string>
+#include <vector>
+
+#include "ScratchDir.h"
+
+inline std::string Fmt(const char* format, ...) __attribute__((format(printf, 1, 2)));
+inline std::string Fmt(const char* format, ...) {
+    va_list args;
+    va_start(args, format);
+    const int n = std::vsnprintf(nullptr, 0, format, args);
+    va_end(args);
+    std::string text(n + 1, '\0');
+    va_start(args, format);
+    std::vsnprintf(text.data(), text.size(), format, args);
+    va_end(args);
+    text.pop_back();
+    return text;
+}
+
+struct RunResult {
+    int status;  // exit status, or -1 when the program didn't exit
+    std::string strStdout;
+    std::string strStderr;
+};
+
+// A run directory holding "proj.Grid" and "rotor.SlvrRot"; Run() starts the executable from it,
+// so relative names in the project land there, and captures its own streams.
+class GridGenRun : public ScratchDir {
+  public:
+    std::string strProject = *this / "proj.Grid";
+    std::string strRotor = *this / "rotor.SlvrRot";
+
+    explicit GridGenRun(const std::string& project = "") {
+        WriteWholeFile(strProject, project);
+        WriteWholeFile(strRotor, "0\n");
+    }
+    void Write(const std::string& name, const std::string& text) const {
+        WriteWholeFile(*this / name, text);
+    }
+    std::string Read(const std::string& name) const { return ReadWholeFile(*this / name); }
+    std::vector<std::string> Arguments() const {
+        return {"-Grid", strProject, "-SlvrRot", strRotor, "-pth", Path()};
+    }
+    // The driver's log of a run that reached the generator.
+    std::string DriverLog() const {
+        return "Vantor Version 0.9.15 (Beta) Build 396\n\nReading .Grid file (" + strProject +
+               ")...\nBegin Grid Generation...\n";
+    }
+
+    RunResult Run() const { return Run(Arguments()); }
+    RunResult Run(const std::vector<std::string>& arguments) const {
+        ScratchDir capture;
+        const std::string outPath = capture / "stdout", errPath = capture / "stderr";
+        fflush(nullptr);
+        const pid_t pid = fork();
+        if (pid == 0) {
+            if (chdir(Path().c_str()) != 0) _exit(120);
+            if (!freopen(outPath.c_str(), "w", stdout) || !freopen(errPath.c_str(), "w", stderr))
+                _exit(121);
+            std::vector<char*> argv = {const_cast<char*>(KAVEX_GRIDGEN_EXE)};
+            for (const std::string& argument : arguments)
+                argv.push_back(const_cast<char*>(argument.c_str()));
+            argv.push_back(nullptr);
+            execv(KAVEX_GRIDGEN_EXE, argv.data());
+            _exit(122);
+        }
+        int status = 0;
+        waitpid(pid, &status, 0);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadWholeFile(outPath),
+                ReadWholeFile(errPath)};
+    }
+};
+
+// The grid file for the final corner points of each axis and the translation; it lists no body
+// cells, whatever the run blocked.
+inline std::string GridFile(const std::vector<double> (&corners)[3], double tx, double ty,
+                            double tz) {
+    const int n[3] = {int(corners[0].size()), int(corners[1].size()), int(corners[2].size())};
+    std::string text = Fmt("# %f %f %f\n%d %d %d\n", tx, ty, tz, n[0], n[1], n[2]);
+    for (int c = 0; c < 3; ++c)
+        for (int k = 0; k < n[2]; ++k)
+            for (int j = 0; j < n[1]; ++j)
+                for (int i = 0; i < n[0]; ++i)
+                    text += Fmt(" %12.5f", corners[c][c == 0 ? i : c == 1 ? j : k]);
+    return text + "\n# Num. of Body Cells:\n0\n";
+}
+
+// The solver file for the final corner points of each axis, the body cells as "I, J, K" lines
+// and the rotor part (by default no rotors).
+inline std::string SolverFile(const std::vector<double> (&corners)[3],
+                              const std::vector<std::string>& cells = {},
+                              const std::string& rotors = "#\n# Number of Rotors:\n0\n") {
+    const char* names[3][2] = {{"IE", "X"}, {"JE", "Y"}, {"KE", "Z"}};
+    std::string text =
+        Fmt("# Num. of X, Y & Z Cell-Widths: IE = %d; JE = %d; KE = %d\n",
+            int(corners[0].size()) - 1, int(corners[1].size()) - 1, int(corners[2].size()) - 1);
+    for (int c = 0; c < 3; ++c) {
+        const std::vector<double>& p = corners[c];
+        text += Fmt("#\n# %s = Num. of %s-Cell-Widths:\n%d\n# %s-Cell-Widths\n", names[c][0],
+                    names[c][1], int(p.size()) - 1, names[c][1]);
+        for (size_t i = 1; i < p.size(); ++i) text += Fmt("%3d %27.18G\n", int(i), p[i] - p[i - 1]);
+    }
+    text += Fmt("#\n# Num. of Body Cells:\n%d\n", int(cells.size()));
+    text += "# Body Cells ({I-index, J-index, K-index} of the cells)\n";
+    for (const std::string& cell : cells) text += cell + "\n";
+    return text + rotors;
+}

@@ -1,0 +1,142 @@
+// Body report: edge topology of each placed body and where it stands in the grid.
+#include "BodyReport.h"
+
+#include <algorithm>
+#include <numeric>
+#include <unordered_map>
+
+namespace {
+
+const size_t s_intEdgesListed = 10;
+
+int FindRoot(std::vector<int>& vecParent, int n) {
+    while (vecParent[n] != n) n = vecParent[n] = vecParent[vecParent[n]];
+    return n;
+}
+
+// The cell holding a coordinate, which is first moved into the grid's extent.
+int ClampedCell(const std::vector<float>& vecAxis, double dbl, bool blnUpper = false) {
+    return CellOfCoordinate(vecAxis, std::clamp<double>(dbl, vecAxis.front(), vecAxis.back()),
+                            blnUpper);
+}
+
+std::string Point(const FEL_vector3<float>& v3f) {
+    char buf[96];
+    std::snprintf(buf, sizeof buf, "(%g, %g, %g)", v3f.x, v3f.y, v3f.z);
+    return buf;
+}
+
+// "(I, J, K)" of the cell holding a point, 1-based; "outside the grid" beyond its corners.
+std::string CellOf(const InspectRun& run, const FEL_vector3<float>& v3f) {
+    std::string str = "(";
+    for (int a = 0; a < 3; ++a) {
+        const std::vector<float>& vecAxis = run.vecAxes[a];
+        if (v3f[a] < vecAxis.front() || v3f[a] > vecAxis.back()) return "outside the grid";
+        str += std::to_string(ClampedCell(vecAxis, v3f[a]) + 1) + (a < 2 ? ", " : ")");
+    }
+    return str;
+}
+
+}  // namespace
+
+SurfaceTopology TopologyOfSurface(const InspectSurface& surface) {
+    SurfaceTopology topo;
+    struct EdgeUse {
+        int intCount;
+        int intFirstTriangle;
+        size_t intOrder;
+    };
+    std::unordered_map<unsigned long long, EdgeUse> mapEdges;
+    mapEdges.reserve(surface.vecTriangles.size() * 2);
+    std::vector<int> vecParent(surface.vecTriangles.size());
+    std::iota(vecParent.begin(), vecParent.end(), 0);
+    for (size_t t = 0; t < surface.vecTriangles.size(); ++t) {
+        const auto& tri = surface.vecTriangles[t];
+        for (int e = 0; e < 3; ++e) {
+            const unsigned a = static_cast<unsigned>(std::min(tri[e], tri[(e + 1) % 3]));
+            const unsigned b = static_cast<unsigned>(std::max(tri[e], tri[(e + 1) % 3]));
+            const auto result = mapEdges.emplace((static_cast<unsigned long long>(a) << 32) | b,
+                                                 EdgeUse{0, static_cast<int>(t), mapEdges.size()});
+            ++result.first->second.intCount;
+            if (!result.second)
+                vecParent[FindRoot(vecParent, static_cast<int>(t))] =
+                    FindRoot(vecParent, result.first->second.intFirstTriangle);
+        }
+    }
+    std::vector<std::pair<size_t, unsigned long long>> vecOpen;
+    for (const auto& entry : mapEdges) {
+        if (entry.second.intCount == 1) vecOpen.emplace_back(entry.second.intOrder, entry.first);
+        if (entry.second.intCount > 2) ++topo.intNonManifoldEdges;
+    }
+    topo.intOpenEdges = static_cast<long>(vecOpen.size());
+    std::sort(vecOpen.begin(), vecOpen.end());
+    for (const auto& open : vecOpen)
+        topo.vecOpenEdges.push_back(
+            {static_cast<int>(open.second >> 32), static_cast<int>(open.second & 0xffffffffu)});
+    for (size_t t = 0; t < vecParent.size(); ++t)
+        if (FindRoot(vecParent, static_cast<int>(t)) == static_cast<int>(t)) ++topo.intParts;
+    return topo;
+}
+
+void WriteBodyReport(const InspectRun& run, std::ostream& osReport, std::ostream& osSummary) {
+    osReport << "Body report of " << run.strRunDir << "\n"
+             << "Grid: " << run.Cells(0) << " x " << run.Cells(1) << " x " << run.Cells(2)
+             << " cells, " << run.vecBlocked.size() << " blocked (listed in "
+             << run.strBlockedSource << ")\n"
+             << "Bodies are placed as the run placed them: scaled by (" << run.v3fConversion.x
+             << ", " << run.v3fConversion.y << ", " << run.v3fConversion.z << "), then moved by "
+             << Point(run.v3fTranslation) << ".\n";
+    static const char* const s_szKind[] = {"cut planes", "cut planes", "cut planes", "STL",
+                                           "Plot3D"};
+    for (size_t b = 0; b < run.vecBodies.size(); ++b) {
+        const InspectBody& body = run.vecBodies[b];
+        const InspectSurface& surface = body.surface;
+        const SurfaceTopology topo = TopologyOfSurface(surface);
+        const bool blnClosed = topo.intOpenEdges == 0;
+        osReport << "\nBody " << b + 1 << ": " << body.strFile << " ("
+                 << s_szKind[std::min<unsigned>(body.body.eBodyType, BODY_PLOT3D)]
+                 << (body.body.blnUsedInSolver ? ", used in solver" : ", not used in solver")
+                 << ")\n  " << surface.vecTriangles.size() << " triangles, "
+                 << surface.vecPoints.size() << " vertices, " << topo.intParts << " part(s)\n  "
+                 << topo.intOpenEdges << " open edges, " << topo.intNonManifoldEdges
+                 << " non-manifold edges: " << (blnClosed ? "closed" : "OPEN") << "\n";
+        osSummary << "body " << b + 1 << " " << body.strFile << ": " << surface.vecTriangles.size()
+                  << " triangles, " << topo.intOpenEdges << " open edges, "
+                  << topo.intNonManifoldEdges << " non-manifold edges: "
+                  << (blnClosed ? "closed" : "OPEN, the fill can get inside it") << "\n";
+        if (surface.vecPoints.empty()) continue;
+        FEL_vector3<float> v3fMin = surface.vecPoints[0], v3fMax = surface.vecPoints[0];
+        for (const FEL_vector3<float>& v3f : surface.vecPoints)
+            for (int a = 0; a < 3; ++a) {
+                v3fMin[a] = std::min(v3fMin[a], v3f[a]);
+                v3fMax[a] = std::max(v3fMax[a], v3f[a]);
+            }
+        osReport << "  box " << Point(v3fMin) << " to " << Point(v3fMax);
+        bool blnInside = true;
+        for (int a = 0; a < 3; ++a)
+            blnInside = blnInside && v3fMax[a] >= run.vecAxes[a].front() &&
+                        v3fMin[a] <= run.vecAxes[a].back();
+        if (!blnInside) {
+            osReport << ", outside the grid: it blocks no cell\n";
+        } else {
+            osReport << "\n  its box covers cells";
+            for (int a = 0; a < 3; ++a)
+                osReport << " "
+                         << "IJK"[a] << " " << ClampedCell(run.vecAxes[a], v3fMin[a]) + 1 << "-"
+                         << ClampedCell(run.vecAxes[a], v3fMax[a], true) + 1;
+            osReport << "\n";
+        }
+        if (blnClosed) continue;
+        osReport << "  WARNING: this body is open. The fill of the exterior can get inside it "
+                    "through the open edges, and then only the cells of its surface are blocked.\n"
+                 << "  First open edges, and the cells holding their ends:\n";
+        for (size_t n = 0; n < std::min(s_intEdgesListed, topo.vecOpenEdges.size()); ++n) {
+            const FEL_vector3<float>& p = surface.vecPoints[topo.vecOpenEdges[n][0]];
+            const FEL_vector3<float>& q = surface.vecPoints[topo.vecOpenEdges[n][1]];
+            const std::string strCellP = CellOf(run, p), strCellQ = CellOf(run, q);
+            osReport << "    " << Point(p) << " - " << Point(q) << "  cell " << strCellP;
+            if (strCellQ != strCellP) osReport << " and " << strCellQ;
+            osReport << "\n";
+        }
+    }
+}

@@ -1,0 +1,18 @@
+// ParaView files of an inspected run: the grid with its "blocked" cell field, the blocked cells
+// as solids, each body's surface, and one multiblock file that opens them all.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "InspectRun.h"
+
+// Writes into strOutDir, in VTK XML with ASCII data:
+//   grid.vtr          rectilinear grid of the corner points, cell field "blocked" (1 or 0)
+//   blocked.vtu       the blocked cells as hexahedra, with cell fields "blocked", "I", "J", "K"
+//                     (the solver's 1-based indices)
+//   body<N>_<stem>.vtu  body N's surface triangles in the grid's frame
+//   <name>.vtm        multiblock of all of the above
+// Returns the names written, the .vtm last; throws InspectError when a file can't be written.
+std::vector<std::string> WriteInspectVtk(const InspectRun& run, const std::string& strOutDir,
+                                         const std::string& strName);

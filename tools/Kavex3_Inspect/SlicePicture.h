@@ -1,0 +1,53 @@
+// Slice pictures of an inspected run: one cell layer of the grid, drawn as a PNG.
+#pragma once
+
+#include <string>
+
+#include "InspectRun.h"
+
+// One cell layer: the cells with index intCell (0-based) on axis intAxis (0 X, 1 Y, 2 Z).
+struct SlicePlane {
+    int intAxis = 0;
+    int intCell = 0;
+};
+
+// Picks a plane from an option's text: "i=N", "j=N" or "k=N" for the solver's 1-based cell index
+// N, "x=V", "y=V" or "z=V" for the cell holding the coordinate V. Throws InspectError.
+SlicePlane ParseSlicePlane(const InspectRun& run, const std::string& strText);
+
+// The middle cell layer normal to an axis.
+SlicePlane MiddleSlicePlane(const InspectRun& run, int intAxis);
+
+// Where the picture of a plane puts things: the plane's two other axes, in axis order, map to
+// pixel columns (rising to the right) and rows (the second axis rising upwards).
+class SliceView {
+  public:
+    SliceView(const InspectRun& run, const SlicePlane& plane);
+    int Width() const { return m_intWidth; }
+    int Height() const { return m_intHeight; }
+    // Pixel positions of a coordinate: X and Y exact, Column and Row rounded. Only points of the
+    // grid's extent are sure to fit in an int.
+    double X(double u) const;
+    double Y(double v) const;
+    int Column(double u) const;
+    int Row(double v) const;
+    int AxisU() const { return m_intU; }
+    int AxisV() const { return m_intV; }
+
+  private:
+    int m_intU, m_intV;
+    double m_dblScale, m_dblU0, m_dblV1;
+    int m_intWidth, m_intHeight;
+};
+
+// Colours of the picture, RGB.
+const unsigned char g_rgbBlockedFill[3] = {70, 110, 180};
+const unsigned char g_rgbBodyOutline[3] = {215, 40, 30};
+
+// Draws the plane: grid lines (thinned where cells get small), blocked cells filled, each body's
+// cut outline over them, and a legend of the plane and the counts below. Writes it as a PNG;
+// throws InspectError when the file can't be written.
+void WriteSlicePicture(const InspectRun& run, const SlicePlane& plane, const std::string& strPath);
+
+// The file name of a plane's picture: "slice_K11.png" for the 1-based index 11 normal to Z.
+std::string SliceFileName(const SlicePlane& plane);
