@@ -32,7 +32,7 @@ case "$what" in
     build build
     examples/run.sh build/Kavex3_GridGen/Kavex3_GridGen
     # ParaView files, slice pictures and the body report of that run, in build/example-run_inspect
-    exec build/tools/Kavex3_Inspect/Kavex3_Inspect build/example-run build/example-run/block.Grid
+    exec build/tools/Kavex3_Inspect/Kavex3_Inspect build/example-run "$(ls build/example-run/*.Grid | head -n 1)"
     ;;
   test)
     build build
