@@ -112,9 +112,13 @@ static void RunFullPath(char* programName, const std::string& strRunDir, RunFile
     std::cout << "Calculating body cells..." << std::endl;
     ClassifyCells(grid);
 
+    // A project that names no solver input file gets the generator's default one, which is the
+    // file that the generator wrote and that the blocked cells belong in.
+    const std::string strSolverFile =
+        strSolverInputFile.empty() ? std::string("SolverGdInp.dat") : strSolverInputFile;
     std::vector<FEL_vector3<int>> generatorCells;
-    if (blnMixed) generatorCells = ReadSolverBodyCells(strSolverInputFile);
-    WriteFinalOutput(strSolverInputFile, strGridFile, grid, offsets, generatorCells);
+    if (blnMixed) generatorCells = ReadSolverBodyCells(strSolverFile);
+    WriteFinalOutput(strSolverFile, strGridFile, grid, offsets, generatorCells);
     g_gridCells.Release();
 }
 
