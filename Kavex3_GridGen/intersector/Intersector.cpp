@@ -23,7 +23,7 @@ int IntersectThreads() {
 }
 
 std::size_t IntersectBytesPerCell() {
-    return sizeof(GridCell) + sizeof(std::uint32_t);
+    return sizeof(GridCell) + 4 * sizeof(std::uint32_t);
 }
 
 namespace {

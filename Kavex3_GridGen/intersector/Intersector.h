@@ -47,7 +47,7 @@ void IntersectZones(std::vector<SurfaceZone>& zones, const std::string& folder);
 int IntersectThreads();
 
 // Bytes per grid cell that the stages keep at most, beyond the triangles, the lists of touched
-// cells and the grid mesh: the cell itself and one 32-bit word of the witness search or the walk.
+// cells and the grid mesh: the cell itself and, at worst, four pending 32-bit seeds of a walk.
 std::size_t IntersectBytesPerCell();
 
 // Debug dumps in Tecplot text: one zone per list; or one zone of the cells' triangles, the last
