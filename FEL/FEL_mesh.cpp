@@ -1,37 +1,10 @@
-// What every mesh shares: properties, key lists, bounding-box cache, iblank and cell measures.
+// What every mesh shares: properties, the bounding-box cache, coordinates and iblank values.
 #include "FEL_mesh.h"
 
 #include <cassert>
-#include <cfloat>
-#include <cmath>
-#include <cstdarg>
 #include <iostream>
 
 namespace {
-
-// Longest key list that the variadic begin forms pack, in (key, value) pairs.
-const int max_key_pairs = 32;
-
-// Reads the variadic key list after key into packed; false if it is longer than the limit.
-bool pack_key_list(int key, va_list args, int* packed) {
-    if (key == 0) {
-        packed[0] = 0;
-        return true;
-    }
-    int n = 0;
-    packed[n++] = va_arg(args, int);
-    for (int pair = 1; pair < max_key_pairs; ++pair) {
-        const int next = va_arg(args, int);
-        packed[n++] = next;
-        if (next == 0) return true;
-        packed[n++] = va_arg(args, int);
-    }
-    return false;
-}
-
-void report_bad_args() {
-    std::cerr << "FEL_structured_mesh::begin(FEL_vertex_cell_iter*,...) bad args" << std::endl;
-}
 
 // Times of a cached box and a request match when equal, or when a float time equals an
 // integer one as a float.
@@ -55,40 +28,6 @@ int single_value(const FEL_mesh& mesh, FEL_set_keyword_enum keyword) {
     assert(res == 1);
     (void)res;
     return value;
-}
-
-float squared_distance(const FEL_vector3<float>& a, const FEL_vector3<float>& b) {
-    const FEL_vector3<float> d = a - b;
-    return d.x * d.x + d.y * d.y + d.z * d.z;
-}
-
-bool same_point(const FEL_vector3<float>& a, const FEL_vector3<float>& b) {
-    if (g_blnUseClose) return FEL_Close(a.x, b.x) && FEL_Close(a.y, b.y) && FEL_Close(a.z, b.z);
-    return a == b;
-}
-
-float triple_product(const FEL_vector3<float>& a, const FEL_vector3<float>& b,
-                     const FEL_vector3<float>& c) {
-    return FEL_dot(a, FEL_cross(b, c));
-}
-
-// The length of the cell's longest or shortest edge, compared squared. With no edges the
-// longest is 0 and the shortest the root of FLT_MAX. The first failing code is passed on.
-int extreme_edge_length(const FEL_mesh& mesh, const FEL_cell& cell, bool longest, float* out) {
-    int n = 0;
-    FEL_cell edges[FEL_MAX_RELATED_CELLS];
-    const int res = mesh.down_cells(cell, 1, &n, edges);
-    if (res != 1) return res;
-    float extreme = longest ? 0.0f : FLT_MAX;
-    for (int e = 0; e < n; ++e) {
-        FEL_vector3<float> ends[2];
-        const int r = mesh.coordinates_at_cell(edges[e], ends);
-        if (r != 1) return r;
-        const float d = squared_distance(ends[0], ends[1]);
-        if (longest ? d > extreme : d < extreme) extreme = d;
-    }
-    *out = std::sqrt(extreme);
-    return 1;
 }
 
 }  // namespace
@@ -192,24 +131,6 @@ int FEL_mesh::get_node_index(const FEL_vertex_cell& vertex) const {
     return index;
 }
 
-int FEL_mesh::locate_close_vertex_cell(const FEL_phys_pos& pos, FEL_vertex_cell* out) const {
-    const FEL_vector3<float> target(pos.x, pos.y, pos.z);
-    float best = FLT_MAX;
-    bool found = false;
-    FEL_vertex_cell_iter it;
-    for (begin(&it); !it.done; ++it) {
-        FEL_vector3<float> p;
-        if (coordinates_at_vertex_cell(it.cell, &p) != 1) continue;
-        const float d = squared_distance(p, target);
-        if (!found || d < best) {
-            best = d;
-            *out = it.cell;
-            found = true;
-        }
-    }
-    return found ? 1 : 0;
-}
-
 int FEL_mesh::central_difference_neighbors(const FEL_cell&, int, FEL_cell*) const {
     return FEL_NOT_IMPLEMENTED;
 }
@@ -300,132 +221,10 @@ int FEL_mesh::coordinates_and_iblank_at_vertex_cell(const FEL_vertex_cell& verte
     return 1;
 }
 
-bool FEL_mesh::cell_has_collapsed_edge(const FEL_cell& cell) const {
-    int n = 0;
-    FEL_cell edges[FEL_MAX_RELATED_CELLS];
-    if (down_cells(cell, 1, &n, edges) != 1) return false;
-    for (int e = 0; e < n; ++e) {
-        FEL_vector3<float> ends[2];
-        if (coordinates_at_cell(edges[e], ends) != 1) continue;
-        if (same_point(ends[0], ends[1])) return true;
-    }
-    return false;
-}
-
-int FEL_mesh::volume_of_cell(const FEL_cell& cell, double* out) const {
-    if (cell.type != FEL_CELL_TETRAHEDRON && cell.type != FEL_CELL_HEXAHEDRON) return 0;
-    FEL_vector3<float> p[8];
-    const int res = coordinates_at_cell(cell, p);
-    if (res != 1) return res;
-    float sum = 0.0f;
-    if (cell.type == FEL_CELL_TETRAHEDRON) {
-        sum = triple_product(p[1] - p[0], p[2] - p[0], p[3] - p[0]);
-    } else {
-        // Long-diagonal form over corners numbered by bits (1: +i, 2: +j, 4: +k); exact for
-        // hexahedra with bilinear faces.
-        const FEL_vector3<float> diagonal = p[7] - p[0];
-        sum = triple_product(diagonal, p[1] - p[0], p[3] - p[5]);
-        sum = sum + triple_product(diagonal, p[4] - p[0], p[5] - p[6]);
-        sum = sum + triple_product(diagonal, p[2] - p[0], p[6] - p[3]);
-    }
-    *out = std::fabs(double(sum) / 6.0);
-    return 1;
-}
-
-int FEL_mesh::centroid_of_cell(const FEL_cell& cell, FEL_vector3<float>* out) const {
-    FEL_vector3<float> p[8];
-    const int res = coordinates_at_cell(cell, p);
-    if (res != 1) return res;
-    const int n = cell.get_n_nodes();
-    if (n == 0) return 0;
-    FEL_vector3<float> sum = p[0];
-    for (int c = 1; c < n; ++c) sum += p[c];
-    *out = sum * (1.0f / float(n));
-    return 1;
-}
-
-int FEL_mesh::longest_edge_length_of_cell(const FEL_cell& cell, float* out) const {
-    return extreme_edge_length(*this, cell, true, out);
-}
-
-int FEL_mesh::shortest_edge_length_of_cell(const FEL_cell& cell, float* out) const {
-    return extreme_edge_length(*this, cell, false, out);
-}
-
-int FEL_mesh::closest_vertex_of_cell(const FEL_phys_pos& pos, const FEL_cell& cell,
-                                     FEL_vertex_cell* out) const {
-    int n = 0;
-    FEL_cell vertices[FEL_MAX_RELATED_CELLS];
-    const int res = down_cells(cell, 0, &n, vertices);
-    if (res != 1) return res;
-    const FEL_vector3<float> target(pos.x, pos.y, pos.z);
-    float best = FLT_MAX;
-    for (int v = 0; v < n; ++v) {
-        FEL_vector3<float> p;
-        const int r = coordinates_at_cell(vertices[v], &p);
-        if (r != 1) return r;
-        const float d = squared_distance(p, target);
-        if (d < best) {
-            best = d;
-            *out = FEL_vertex_cell(vertices[v]);
-        }
-    }
-    return 1;
-}
-
 int FEL_mesh::convert_time(const FEL_time&, FEL_time_representation_enum, FEL_time* out) const {
     *out = FEL_time();
     return 1;
 }
-
-int FEL_mesh::begin(FEL_vertex_cell_iter* iter) const {
-    int none = 0;
-    return begin(iter, 0, reinterpret_cast<char*>(&none));
-}
-
-int FEL_mesh::begin(FEL_cell_iter* iter) const {
-    int none = 0;
-    return begin(iter, 0, reinterpret_cast<char*>(&none));
-}
-
-template <class Iter>
-int FEL_mesh::begin_key_list(Iter* iter, int key, va_list args) const {
-    int packed[2 * max_key_pairs];
-    if (!pack_key_list(key, args, packed)) {
-        report_bad_args();
-        clear_walk(iter);
-        return 0;
-    }
-    return begin(iter, key, reinterpret_cast<char*>(packed));
-}
-
-int FEL_mesh::begin(FEL_cell_iter* iter, int key, ...) const {
-    va_list args;
-    va_start(args, key);
-    const int res = begin_key_list(iter, key, args);
-    va_end(args);
-    return res;
-}
-
-int FEL_mesh::begin(FEL_vertex_cell_iter* iter, int key, ...) const {
-    va_list args;
-    va_start(args, key);
-    const int res = begin_key_list(iter, key, args);
-    va_end(args);
-    return res;
-}
-
-void FEL_mesh::end(FEL_cell_iter* iter) const {
-    iter->done = true;
-}
-
-void FEL_mesh::done_callback(FEL_cell_iter*) const {}
-
-void FEL_mesh::done_callback(FEL_vertex_cell_iter*) const {}
-
-void FEL_mesh::advance_callback(FEL_cell_iter*) const {}
-
-void FEL_mesh::advance_callback(FEL_vertex_cell_iter*) const {}
 
 int FEL_mesh::compute_bounding_box(FEL_vector3<float>* min, FEL_vector3<float>* max,
                                    const FEL_time& time) {
@@ -449,57 +248,6 @@ int FEL_mesh::compute_bounding_box(FEL_vector3<float>* min, FEL_vector3<float>* 
         }
     }
     return first ? 0 : 1;
-}
-
-int FEL_mesh::apply_begin_keys(int key, const char* args, const int* n_nodes,
-                               FEL_walk_bounds* bounds) {
-    const FEL_walk_bounds defaults = *bounds;
-    const int* next = reinterpret_cast<const int*>(args);
-    while (key != 0) {
-        const int value = *next++;
-        switch (key) {
-            case FEL_ITER_I_MIN:
-            case FEL_ITER_I_MAX:
-            case FEL_ITER_J_MIN:
-            case FEL_ITER_J_MAX:
-            case FEL_ITER_K_MIN:
-            case FEL_ITER_K_MAX: {
-                const int axis = (-key - 1) / 2;
-                if (value < defaults.min[axis] || value > defaults.max[axis]) return 0;
-                if ((-key - 1) % 2 == 0)
-                    bounds->min[axis] = value;
-                else
-                    bounds->max[axis] = value;
-                break;
-            }
-            case FEL_ITER_I_STEP:
-            case FEL_ITER_J_STEP:
-            case FEL_ITER_K_STEP:
-                // A step below 1 would never end the walk.
-                if (value < 1) return 0;
-                bounds->step[-key - 7] = value;
-                break;
-            case FEL_ITER_FIX_I:
-            case FEL_ITER_FIX_J:
-            case FEL_ITER_FIX_K: {
-                const int axis = -key - 10;
-                if (value < 0 || value >= n_nodes[axis]) return 0;
-                bounds->min[axis] = bounds->max[axis] = value;
-                bounds->fixed[axis] = true;
-                break;
-            }
-            case FEL_ITER_ZONE:
-                bounds->zone = value;
-                break;
-            default:
-                report_bad_args();
-                return 0;
-        }
-        key = *next++;
-    }
-    for (int axis = 0; axis < 3; ++axis)
-        if (bounds->min[axis] > bounds->max[axis]) return 0;
-    return 1;
 }
 
 int FEL_single_mesh::get(FEL_set_keyword_enum keyword, int* count, int* values, int zone) const {

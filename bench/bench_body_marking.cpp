@@ -4,8 +4,9 @@
 #include <cmath>
 #include <vector>
 
-#include "bodycells.h"
-#include "gdrecords.h"
+#include "generator/bodycells.h"
+#include "generator/bodymark.h"
+#include "generator/gdrecords.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-#include "gridwriter.h"
+#include "generator/gridwriter.h"
 
 namespace {
 

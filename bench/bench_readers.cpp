@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <string>
 
-#include "FEL_reader.h"
-#include "FEL_text_scan.h"
+#include "readers/FEL_reader.h"
+#include "readers/FEL_text_scan.h"
 
 namespace {
 

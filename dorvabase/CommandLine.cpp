@@ -69,8 +69,10 @@ void CommandLine::SetParameters(int argc, char** argv) {
         }
     }
     storePending();
-    ForgetDebugPrintLevel();
     s_blnInitialized = true;
+    int intPrintLevel = 0;
+    GetArgument("debug", intPrintLevel);  // reports nothing when "debug" is missing or empty
+    SetDebugPrintLevel(intPrintLevel);
 }
 
 bool CommandLine::GetArgument(const std::string& name) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <fstream>
 #include <iostream>
-#include <thread>
 
 #include "FilePath.h"
 #include "intersector/CellWalk.h"
@@ -13,14 +12,6 @@
 #include "intersector/convert.h"
 
 GridCellArray g_gridCells;
-FEL_vector3<int> g_v3iGridDimensions;
-bool g_blnDebug = false;
-IntersectOptions g_intersectOptions;
-
-int IntersectThreads() {
-    int n = g_intersectOptions.m_intThreads;
-    return n > 0 ? n : int(std::max(1u, std::thread::hardware_concurrency()));
-}
 
 std::size_t IntersectBytesPerCell() {
     return sizeof(GridCell) + 4 * sizeof(std::uint32_t);

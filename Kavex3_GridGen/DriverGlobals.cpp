@@ -1,7 +1,0 @@
-// Process-wide state of the run driver.
-#include "DriverGlobals.h"
-
-pthread_mutex_t g_mutex;
-std::string strCWD;
-std::string g_strTempDir;
-std::vector<std::string> g_vecstrTempFiles;

@@ -1,0 +1,96 @@
+// The driver's pass over a .Grid project: its bodies, its solver file and the rewritten copy.
+#include "driver/ReadGridFile.h"
+
+#include <cstdio>
+
+#include "FilePath.h"
+#include "driver/DriverGlobals.h"
+#include "readers/FEL_reader.h"
+
+static bool Holds(const std::string& line, const char* text) {
+    return line.find(text) != std::string::npos;
+}
+
+// The body kind named on a "type:" line, words tested in the order of the kinds.
+static BodyType KindOfTypeLine(const std::string& line) {
+    static const char* const words[] = {"XcutPlanes", "YcutPlanes", "ZcutPlanes", "STL", "Plot3D"};
+    for (std::uint32_t kind = BODY_XCUT; kind < BODY_NONE; ++kind) {
+        if (Holds(line, words[kind])) return static_cast<BodyType>(kind);
+    }
+    return BODY_NONE;
+}
+
+// Tests one project line for the driver's keywords, first hit winning; returns the body kind a
+// "type:" line opens (BODY_NONE for any other line) and edits the line when it must be rewritten.
+static BodyType TakeProjectLine(std::string& line, std::string& solverInputFile,
+                                FEL_vector3<float>& conversionFactor) {
+    if (Holds(line, "Conversion Factor:")) {
+        const std::string::size_type bracket = line.find('(');
+        if (bracket != std::string::npos) {
+            std::sscanf(line.c_str() + bracket + 1, "%f, %f, %f", &conversionFactor.x,
+                        &conversionFactor.y, &conversionFactor.z);
+        }
+    } else if (Holds(line, "Solver Input File:")) {
+        // The keyword's colon comes before any drive colon. Nothing behind it gives an empty path.
+        const std::string::size_type start = line.find(':') + 2;
+        solverInputFile = start < line.size() ? line.substr(start) : std::string();
+    } else if (Holds(line, "type:")) {
+        const BodyType kind = KindOfTypeLine(line);
+        // The generator reads every body as X cut planes, from the cut file the driver supplies.
+        if (kind != BODY_NONE && kind != BODY_XCUT)
+            line = std::string(28, ' ') + "type: XcutPlanes";
+        return kind;
+    } else if (Holds(line, "Debug Level")) {
+        g_blnDebug = !Holds(line, "0");
+    }
+    return BODY_NONE;
+}
+
+bool ReadGridFile(std::string gridFile, std::string& solverInputFile, std::ofstream& tempGrid,
+                  FEL_vector3<float>& conversionFactor, std::vector<_BodyStruct>& bodies) {
+    std::ifstream project(gridFile.c_str());
+    bodies.clear();
+    int intBodyNumber = 1;
+
+    std::string line;
+    std::getline(project, line);
+    while (!project.fail() && !project.bad()) {
+        const BodyType kind = TakeProjectLine(line, solverInputFile, conversionFactor);
+        tempGrid << line << std::endl;
+
+        std::getline(project, line);
+        if (kind == BODY_NONE) continue;
+
+        static const std::string pointsKey = "Points File: ";
+        const std::string::size_type points = line.find(pointsKey);
+        if (points == std::string::npos) return false;
+        _BodyStruct body;
+        body.strPointsFile = line.substr(points + pointsKey.size());
+        body.strCutFile =
+            Dorva::FilePath(g_strTempDir + "//" + std::to_string(intBodyNumber) + "-x.cut").Get();
+        body.eBodyType = kind;
+        g_vecstrTempFiles.push_back(body.strCutFile);
+        bodies.push_back(body);
+        tempGrid << std::string(21, ' ') << pointsKey << body.strCutFile << std::endl;
+
+        std::getline(project, line);
+        if (!Holds(line, "used in solver:")) return false;
+        bodies.back().blnUsedInSolver = Holds(line, "True");
+        tempGrid << line << std::endl;
+
+        std::getline(project, line);
+        ++intBodyNumber;
+    }
+    return false;
+}
+
+void ReadBodies(std::vector<_BodyStruct>& bodies) {
+    for (_BodyStruct& body : bodies) {
+        if (body.eBodyType <= BODY_ZCUT) continue;
+        // Text unstructured Plot3D as a first try; any other form falls back on detection.
+        unsigned flags = 0;
+        if (Holds(body.strPointsFile, ".p3d") || Holds(body.strPointsFile, ".stl"))
+            flags = FEL_PLOT3D | FEL_PLOT3D_FORTRAN_FORMATTED | FEL_PLOT3D_UNSTRUCTURED;  // 292
+        body.pMesh = FEL_read_mesh(body.strPointsFile, flags, -1);
+    }
+}

@@ -1,0 +1,130 @@
+// The line generator's run: stage order, final corner points and the translation file.
+#include "generator/gdrun.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "generator/bodies.h"
+#include "generator/bodycells.h"
+#include "generator/bodymark.h"
+#include "generator/fullspan.h"
+#include "generator/gdgen.h"
+#include "generator/gdrecords.h"
+#include "generator/gdsolverfiles.h"
+#include "generator/gdutil.h"
+#include "generator/gridwriter.h"
+#include "generator/layer.h"
+#include "generator/readFileC.h"
+#include "generator/symmetry.h"
+
+FILE* get_main_lex_data_file_stream(int argc, char** argv) {
+    if (argc > 3) printfErrNexit("gridgen does not expect more than 2 arguments");
+    if (argc < 2) return stdin;
+    const char* specName = argv[1];
+    if (argc == 3 && std::strtol(argv[2], nullptr, 10) != 0) {
+        FILE* indirect = std::fopen(argv[1], "r");
+        if (!indirect) perrorNexit("fopen");
+        pref_options.specFile = read_file_str(indirect);
+        pref_options.layerFile = read_file_str(indirect);
+        pref_options.solverInpFile = read_file_str(indirect);
+        std::fclose(indirect);
+        specName = pref_options.specFile;
+    } else {
+        pref_options.specFile = strdup(argv[1]);
+    }
+    FILE* stream = specName ? std::fopen(specName, "r") : nullptr;
+    if (!stream) perrorNexit("fopen");
+    return stream;
+}
+
+void wrtTrnsltn(double tx, double ty, double tz, const char* path) {
+    FILE* stream = std::fopen(path, "w");
+    if (stream) std::fprintf(stream, "%f %f %f \n", tx, ty, tz);
+    if (!stream || std::ferror(stream)) std::printf("%s could not be opened.", path);
+    if (stream) std::fclose(stream);
+}
+
+void set_final_gdpts(double t[3], int16_t shift[3]) {
+    const GridLine* lines[3] = {&Xgdln, &Ygdln, &Zgdln};
+    for (int a = 0; a < 3; ++a) {
+        const LayerGrids& bef = BefBdyLyrGds[a];
+        const LayerGrids& aft = AftBdyLyrGds[a];
+        const GridLine& line = *lines[a];
+        const int nB = bef.nWidths, nG = line.nGdpts, nA = aft.nWidths;
+        const int n = nB + nG + nA + 2;
+        double* p = static_cast<double*>(std::calloc(n, sizeof(double)));
+        if (!p) perrorNexit("calloc");
+        p[0] = p[1] = gd_options.gridStart[a];
+        for (int j = 0; j < nB; ++j) p[j + 2] = p[j + 1] + bef.widths[j];
+        // An axis without generated points is not moved.
+        t[a] = nG > 0 ? p[nB + 1] - line.gdpts[0] : 0.0;
+        for (int j = 0; j < nG; ++j) p[nB + 1 + j] = line.gdpts[j] + t[a];
+        for (int j = 0; j < nA; ++j) p[nB + 1 + nG + j] = p[nB + nG + j] + aft.widths[j];
+        p[n - 1] = p[n - 2];
+        Nfinalgdpts[a] = n;
+        finalgdpts[a] = p;
+        shift[a] = static_cast<int16_t>(nB + 1);
+    }
+}
+
+int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX, double* outY,
+                      double* outZ) {
+    *outX = *outY = *outZ = 0.0;
+    if (argc == 2 && std::strcmp(argv[1], "-v") == 0) {
+        std::printf("\n\nGridlet: A Cartesian Structured Grid Generator - Version 1.11.4\n");
+        std::printf("Made by the Kavex3 grid team.\n");
+        return 0;
+    }
+    std::fclose(get_main_lex_data_file_stream(argc, argv));
+    manage_gridgen_input(argv[1]);
+    genXYZgdsFromSpecs(&Xgdln, &Ygdln, &Zgdln);
+    full_span_grids_and_bodies();
+    if (gd_options.gridPtsFile) wr_grid_pts_file(gd_options.gridPtsFile);
+    mark_all_body_cells();
+    FILE* dbg = gd_options.debugStream;
+    if (gd_options.debugLevel > 3) dbgpr_body_info(dbg, allBdys, numBdys, "Before Layer Added");
+
+    if (gd_options.layerFile) {
+        FILE* layers = std::fopen(gd_options.layerFile, "r");
+        if (!layers) perrorNexit("fopen");
+        rd_gen_layer_gds(layers);
+        std::fclose(layers);
+    } else {
+        // A specification without a layer file gets no layers, as if its six lists were empty.
+        init_Bef_Aft_layer_gds();
+    }
+    if (gd_options.debugLevel > 3) wr_Bef_Aft_layer_gds(dbg);
+
+    double t[3];
+    int16_t shift[3];
+    set_final_gdpts(t, shift);
+    wrtTrnsltn(t[0], t[1], t[2], argv[5]);
+    *outX = t[0];
+    *outY = t[1];
+    *outZ = t[2];
+    if (gd_options.debugLevel > 3)
+        std::fprintf(dbg,
+                     "\nBody Points Translated By: [%25.18G, %25.18G, %25.18G]\nBody Cells "
+                     "Indices Translated By: [%d, %d, %d]\n",
+                     t[0], t[1], t[2], shift[0], shift[1], shift[2]);
+    trAllBdyPts(t);
+    translate_body_cells(shift);
+    mark_body_blocking_zero_width_cells(Nfinalgdpts[0], Nfinalgdpts[1], Nfinalgdpts[2]);
+    if (gd_options.debugLevel > 0) {
+        wr_corner_pts_table(dbg);
+        dbgpr_body_cells(dbg, 1, 1, 1,
+                         "Body Cells (adjusted to Solver F77 array starting at 1 instead of 0)");
+    }
+    // Without an Options section no solver input file is named; the usual default is taken.
+    wr_solver_input_file(gd_options.solverInpFile && gd_options.solverInpFile[0]
+                             ? gd_options.solverInpFile
+                             : "SolverGdInp.dat");
+
+    // The grid file's open failing would lose the run's main result: report it like other opens.
+    FILE* grid = std::fopen(argv[3], "w");
+    if (!grid) perrorNexit("fopen");
+    wr_grid_file(grid, writeTranslation, t, Nfinalgdpts, finalgdpts);
+    std::fclose(grid);
+    if (dbg) std::fflush(dbg);
+    return 0;
+}

@@ -1,0 +1,135 @@
+// Layers: reading the layer file's six lists and turning them into cell widths.
+#include "generator/layer.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <initializer_list>
+
+#include "generator/gdutil.h"
+
+namespace {
+
+void* calloc_or_exit(size_t n, size_t size) {
+    void* p = std::calloc(n, size);
+    if (!p) perrorNexit("calloc");
+    return p;
+}
+
+}  // namespace
+
+void init_Bef_Aft_layer_gds() {
+    std::memset(BefBdyLyrGds, 0, sizeof BefBdyLyrGds);
+    std::memset(AftBdyLyrGds, 0, sizeof AftBdyLyrGds);
+}
+
+Layer* read_layer_spec(FILE* stream, LayerGrids* record) {
+    int n = 0;
+    if (std::fscanf(skpcmt(stream), " %d", &n) != 1)
+        printfErrNexit("unexpected end-of-file or error in reading layers");
+    if (n < 0) printfErrNexit("number layers can not be negative");
+    record->nLayers = n;
+    if (n == 0) return nullptr;
+    Layer* layers = static_cast<Layer*>(calloc_or_exit(n, sizeof(Layer)));
+    const double tol = gd_options.gridTol;
+    for (int i = 0; i < n; ++i) {
+        int number = 0, cells = 0;
+        double f1 = 0.0, f2 = 0.0, ratio = 0.0;
+        if (std::fscanf(skpcmt(stream), " %d %lf %lf %d %lf", &number, &f1, &f2, &cells, &ratio) !=
+            5)
+            printfErrNexit("unexpected end-of-file or error in reading layers");
+        Layer& l = layers[i];
+        l.length = f1 * f2;
+        l.nCells = cells < 0 ? -cells : cells;
+        l.nxtCnctd = cells < 0;
+        if (std::fabs(ratio) < tol || std::fabs(ratio - 1.0) < tol)
+            l.gp_ratio = 1.0;
+        else
+            l.gp_ratio = ratio < 0 ? -1.0 / ratio : ratio;
+    }
+    layers[n - 1].nxtCnctd = 0;
+    return layers;
+}
+
+void gen_connected_layers_cellwidths(LayerGrids* record) {
+    int total = 0;
+    for (int l = 0; l < record->nLayers; ++l) total += record->layers[l].nCells;
+    record->nWidths = total;
+    record->widths =
+        total > 0 ? static_cast<double*>(calloc_or_exit(total, sizeof(double))) : nullptr;
+    double* w = record->widths;
+    int p = 0, chainStart = 0;
+    double chainLength = 0.0;
+    for (int l = 0; l < record->nLayers; ++l) {
+        const Layer& layer = record->layers[l];
+        const bool afterJoint = l > 0 && record->layers[l - 1].nxtCnctd;
+        const int n = layer.nCells;
+        if (!layer.nxtCnctd && !afterJoint) {
+            if (layer.gp_ratio == 1.0) {
+                for (int k = 0; k < n; ++k) w[p + k] = layer.length / n;
+            } else {
+                const double sum = graded_weights(w + p, n, 1.0, layer.gp_ratio);
+                const double scale = layer.length / sum;
+                for (int k = 0; k < n; ++k) w[p + k] *= scale;
+            }
+            p += n;
+            continue;
+        }
+        double first = 1.0;
+        if (!afterJoint) {
+            chainLength = layer.length;
+            chainStart = p;
+        } else {
+            chainLength += layer.length;
+            // The width runs on across the joint; a chain that has no width yet starts at 1.
+            if (p > chainStart) first = w[p - 1];
+        }
+        graded_weights(w + p, n, first, layer.gp_ratio);
+        p += n;
+        if (!layer.nxtCnctd) {
+            double sum = 0.0;
+            for (int k = chainStart; k < p; ++k) sum += w[k];
+            const double scale = chainLength / sum;
+            for (int k = chainStart; k < p; ++k) w[k] *= scale;
+        }
+    }
+}
+
+void rd_gen_layer_gds(FILE* stream) {
+    init_Bef_Aft_layer_gds();
+    for (LayerGrids* set : {BefBdyLyrGds, AftBdyLyrGds})
+        for (int a = 0; a < 3; ++a) set[a].layers = read_layer_spec(stream, &set[a]);
+    for (int a = 0; a < 3; ++a) {
+        gen_connected_layers_cellwidths(&BefBdyLyrGds[a]);
+        gen_connected_layers_cellwidths(&AftBdyLyrGds[a]);
+    }
+}
+
+void wr_layer_info(FILE* stream, const LayerGrids* record, const char* title) {
+    std::fprintf(stream, "\n\n%s\n\nLayer Starting Position: %12.5G\n", title, record->startPosn);
+    std::fprintf(stream, "\nNumber of Layers: %d\n", record->nLayers);
+    if (record->nLayers > 0) {
+        std::fprintf(stream, "%3s %12s %12s %9s %9s\n", "", "Length", "GPratio", "Num-Cells",
+                     "Nxt-Cnctd");
+        for (int l = 0; l < record->nLayers; ++l) {
+            const Layer& layer = record->layers[l];
+            std::fprintf(stream, "%3d %12.5G %12.5G %9d %9s\n", l + 1, layer.length, layer.gp_ratio,
+                         layer.nCells, layer.nxtCnctd ? "T" : "F");
+        }
+    }
+    std::fprintf(stream, "\nNumber of Cell Widths: %d\n", record->nWidths);
+    if (record->nWidths > 0) {
+        std::fprintf(stream, "%3s %12s\n", "", "CellWidths");
+        for (int k = 0; k < record->nWidths; ++k)
+            std::fprintf(stream, "%3d %12.5G\n", k + 1, record->widths[k]);
+    }
+}
+
+void wr_Bef_Aft_layer_gds(FILE* stream) {
+    static const char* const before[3] = {"X-Layer Before Body", "Y-Layer Before Body",
+                                          "Z-Layer Before Body"};
+    static const char* const after[3] = {"X-Layer After Body", "Y-Layer After Body",
+                                         "Z-Layer After Body"};
+    for (int a = 0; a < 3; ++a) wr_layer_info(stream, &BefBdyLyrGds[a], before[a]);
+    for (int a = 0; a < 3; ++a) wr_layer_info(stream, &AftBdyLyrGds[a], after[a]);
+}

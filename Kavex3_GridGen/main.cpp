@@ -1,6 +1,0 @@
-// Entry of the grid generator's worker process.
-#include "GridGenRun.h"
-
-int main(int argc, char** argv) {
-    return GridGenMain(argc, argv);
-}

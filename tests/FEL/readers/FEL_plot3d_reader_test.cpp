@@ -1,0 +1,197 @@
+// Plot3D: size arithmetic of the deducer, the reader's size check, binary and text forms.
+#include "readers/FEL_plot3d_reader.h"
+
+#include <gtest/gtest.h>
+
+#include "FEL/readers/FEL_reader_test_files.h"
+#include "FEL_curvilinear_mesh.h"
+#include "FEL_exception.h"
+#include "readers/FEL_reader.h"
+
+namespace {
+
+// A little-endian file with Fortran record markers: the dimension record, then one record of the
+// x, y, z planes (and iblank) of node n having coordinates (n, 10 n, 100 n) and iblank n % 3 - 1.
+std::string fortran_zone(int ni, int nj, int nk, bool iblank) {
+    const int n = ni * nj * nk;
+    std::string s = le_ints({12u, std::uint32_t(ni), std::uint32_t(nj), std::uint32_t(nk), 12u});
+    const std::uint32_t bytes = (iblank ? 16 : 12) * n;
+    s += le32(bytes);
+    for (float scale : {1.0f, 10.0f, 100.0f})
+        for (int i = 0; i < n; ++i) s += le_float(scale * i);
+    for (int i = 0; iblank && i < n; ++i) s += le32(std::uint32_t(i % 3 - 1));
+    return s + le32(bytes);
+}
+
+// Many zones of 2 x 2 x 2 nodes in the Fortran layout: count record, dimension record, zones.
+std::string fortran_zones(int count) {
+    std::string s = le_ints({4u, std::uint32_t(count), 4u, std::uint32_t(12 * count)});
+    for (int z = 0; z < count; ++z) s += le_ints({2, 2, 2});
+    s += le32(std::uint32_t(12 * count));
+    for (int z = 0; z < count; ++z) {
+        s += le32(96);
+        for (int v = 0; v < 24; ++v) s += le_float(float(z));
+        s += le32(96);
+    }
+    return s;
+}
+
+std::string message_of(const std::string& path, unsigned flags, int zone) {
+    try {
+        FEL_plot3d_read_mesh(path, flags, zone);
+    } catch (const FEL_read_error& e) {
+        return e.what();
+    }
+    return "no error";
+}
+
+std::vector<int> dims_of(const FEL_pointer<FEL_mesh>& mesh) {
+    std::vector<int> d(3, -1);
+    mesh->get_structured_dimensions(d.data());
+    return d;
+}
+
+const FEL_curvilinear_mesh& curvilinear(const FEL_pointer<FEL_mesh>& mesh) {
+    return dynamic_cast<const FEL_curvilinear_mesh&>(*mesh.get());
+}
+
+}  // namespace
+
+TEST(FEL_plot3d_reader, DeducerSizeTestsInTheirOrderAndIn32BitArithmetic) {
+    FEL_test_dir dir;
+    // 4 x 1 x 1 nodes without markers, 12 * 4 + 12 bytes: the first word 4 could also open a
+    // record, but the plain form is tested first.
+    std::string plain = le_ints({4, 1, 1});
+    for (int v = 0; v < 12; ++v) plain += le_float(0.5f * v);
+    EXPECT_EQ(FEL_plot3d_deduce_mesh_type(dir.write("four", plain)), 0x140u);
+
+    // 1 x 3 x 3 nodes: 120 bytes fit both 12 N + 12 and the unstructured 4 (4*3 + 4*3 + 3) + 12.
+    std::string both = le_ints({1, 3, 3});
+    for (int v = 0; v < 27; ++v) both += le_float(1.0f);
+    EXPECT_EQ(FEL_plot3d_deduce_mesh_type(dir.write("both", both)), 0x140u);
+
+    // 641 * 6700417 = 2^32 + 1: in 32-bit counts that is one node, 24 bytes.
+    const std::string wrapped =
+        le_ints({641, 6700417, 1}) + le_float(1) + le_float(2) + le_float(3);
+    EXPECT_EQ(FEL_plot3d_deduce_mesh_type(dir.write("wrap", wrapped)), 0x140u);
+
+    EXPECT_EQ(FEL_plot3d_deduce_mesh_type(dir.write("f", fortran_zone(2, 3, 4, false))), 0x148u);
+    EXPECT_EQ(FEL_plot3d_deduce_mesh_type(dir.write("fi", fortran_zone(2, 3, 4, true))), 0x149u);
+    // Only the first 25 bytes decide text.
+    EXPECT_EQ(
+        FEL_plot3d_deduce_mesh_type(dir.write("text", std::string(25, ' ') + le_ints({1, 2}))), 0u);
+    EXPECT_THROW(FEL_plot3d_deduce_mesh_type(dir.write("empty", "")), FEL_read_error);
+    EXPECT_THROW(FEL_plot3d_deduce_mesh_type(dir.write("short", std::string(12, '\0'))),
+                 FEL_read_error);
+}
+
+TEST(FEL_plot3d_reader, FortranSingleZoneIsReadAndThePlainFormIsRefusedBySize) {
+    FEL_test_dir dir;
+    const std::string path = dir.write("f", fortran_zone(2, 3, 4, false));
+    unsigned flags = 0;
+    const FEL_pointer<FEL_mesh> mesh = FEL_read_mesh(path, flags, -1);
+    EXPECT_EQ(flags, 0x148u);
+    EXPECT_EQ(mesh->get_name(), "curvilinear_mesh_xyz_layout");
+    EXPECT_EQ(dims_of(mesh), (std::vector<int>{2, 3, 4}));
+    EXPECT_EQ(curvilinear(mesh).node(23), FEL_vector3<float>(23, 230, 2300));
+    EXPECT_TRUE(CheckBinaryFileSize(path, 0x108));
+
+    const std::string blanked = dir.write("fi", fortran_zone(2, 2, 2, true));
+    const FEL_pointer<FEL_mesh> xyzi = FEL_plot3d_read_mesh(blanked, 0, -1);
+    EXPECT_EQ(xyzi->get_name(), "curvilinear_mesh_xyzi_layout");
+    FEL_vertex_cell v;
+    v.i = 1, v.j = 1, v.k = 0;  // node 3: iblank 3 % 3 - 1
+    int iblank = 7;
+    EXPECT_EQ(xyzi->iblank_at_vertex_cell(v, &iblank), 1);
+    EXPECT_EQ(iblank, -1);
+
+    // The same nodes without markers: the deducer takes them, the size check measures markers.
+    std::string plain = le_ints({2, 3, 4});
+    for (float scale : {1.0f, 10.0f, 100.0f})
+        for (int i = 0; i < 24; ++i) plain += le_float(scale * i);
+    const std::string plain_path = dir.write("plain", plain);
+    EXPECT_EQ(FEL_plot3d_deduce_mesh_type(plain_path), 0x140u);
+    EXPECT_FALSE(CheckBinaryFileSize(plain_path, 0x100));
+    EXPECT_EQ(message_of(plain_path, 0, -1),
+              "\"" + plain_path + "\":\nSpecified file type does not match file.");
+    flags = 0;
+    EXPECT_THROW(FEL_read_mesh(plain_path, flags, -1), FEL_type_detection_error);
+    EXPECT_EQ(message_of(path, 0x1108, -1), "\"" + path + "\":\nUnsupported format");
+}
+
+TEST(FEL_plot3d_reader, FourThousandZonesAreReadAndOneMoreIsNoPlot3d) {
+    FEL_test_dir dir;
+    const std::string most = dir.write("4000", fortran_zones(4000));
+    unsigned flags = 0;
+    const FEL_pointer<FEL_mesh> mesh = FEL_read_mesh(most, flags, -1);
+    EXPECT_EQ(flags, 0x14Au);
+    ASSERT_EQ(mesh->get_n_zones(), 4000);
+    EXPECT_EQ(curvilinear(mesh->get_zone(3999)).node(7), FEL_vector3<float>(3999, 3999, 3999));
+
+    const std::string too_many = dir.write("4001", fortran_zones(4001));
+    EXPECT_EQ(FEL_plot3d_deduce_mesh_type(too_many), 0u);
+    EXPECT_FALSE(CheckBinaryFileSize(too_many, 0x10A));
+    flags = 0;
+    EXPECT_THROW(FEL_read_mesh(too_many, flags, -1), FEL_type_detection_error);
+}
+
+TEST(FEL_plot3d_reader, TextDimensionsMustReadTheSameAsIntegerAndFloat) {
+    FEL_test_dir dir;
+    std::string nodes;
+    for (int c = 0; c < 3; ++c)
+        for (int i = 0; i < 12; ++i) nodes += " " + std::to_string(i) + ".25";
+    const FEL_pointer<FEL_mesh> mesh =
+        FEL_plot3d_read_mesh(dir.write("ok", "12.0 1 1\n" + nodes + "\n"), 0x120, -1);
+    EXPECT_EQ(dims_of(mesh), (std::vector<int>{12, 1, 1}));
+    EXPECT_EQ(mesh->get_name(), "curvilinear_surface_mesh");
+    EXPECT_EQ(curvilinear(mesh).node(11), FEL_vector3<float>(11.25f, 11.25f, 11.25f));
+
+    const std::string half = dir.write("half", "12.5 1 1\n" + nodes + "\n");
+    EXPECT_EQ(message_of(half, 0x120, -1), "\"" + half + "\":\nProblem reading dimensions");
+    // A count of 0 is no zone, and counts beyond the numbers in the file fail before parsing.
+    const std::string zero = dir.write("zero", "0 1 1\n");
+    EXPECT_EQ(message_of(zero, 0x120, -1), "\"" + zero + "\":\nProblem reading dimensions");
+    const std::string big = dir.write("big", "100 100 100\n" + nodes);
+    EXPECT_EQ(message_of(big, 0x120, -1), "\"" + big + "\":\nProblem reading coordinates");
+}
+
+TEST(FEL_plot3d_reader, TextIblankFormIsFoundByTheTrialReads) {
+    FEL_test_dir dir;
+    //  2 x 2 x 2 nodes, x = i + 0.5, y = j + 0.5, z = k + 0.5, iblank 1 but node 7 blanked (0)
+    std::string text = "2 2 2\n";
+    for (int c = 0; c < 3; ++c)
+        for (int n = 0; n < 8; ++n) text += std::to_string((n >> c) & 1) + ".5 ";
+    text += "\n1 1 1 1 1 1 1 0\n";
+    unsigned flags = 0;
+    const FEL_pointer<FEL_mesh> mesh = FEL_read_mesh(dir.write("ib", text), flags, -1);
+    EXPECT_EQ(flags, 0x121u);
+    EXPECT_EQ(mesh->get_name(), "curvilinear_mesh_xyzi_layout");
+    FEL_vertex_cell v;
+    v.i = 1, v.j = 1, v.k = 1;
+    int iblank = 7;
+    mesh->iblank_at_vertex_cell(v, &iblank);
+    EXPECT_EQ(iblank, 0);
+    EXPECT_EQ(curvilinear(mesh).node(7), FEL_vector3<float>(1.5f, 1.5f, 1.5f));
+}
+
+TEST(FEL_plot3d_reader, ZonesAskedForAndHeaderOnlyReads) {
+    const std::string multi = corpus("plot3d/multi-ascii.xyz");
+    const FEL_pointer<FEL_mesh> second = FEL_plot3d_read_mesh(multi, 0x122, 1);
+    EXPECT_EQ(second->get_n_zones(), 1);
+    EXPECT_EQ(dims_of(second), (std::vector<int>{8, 12, 12}));
+    EXPECT_THROW(FEL_plot3d_read_mesh(multi, 0x122, 2), FEL_read_error);
+    EXPECT_EQ(message_of(multi, 0x120, 1),
+              "\"" + multi + "\":\nCannot read zone 1 when not FEL_PLOT3D_MULTIZONE");
+
+    const std::string sduct = corpus("plot3d/sduct.new.x.bin");
+    int n_zones = 0;
+    EXPECT_EQ(FEL_read_mesh_n_zones(sduct, 0x10A, &n_zones), 1);
+    EXPECT_EQ(n_zones, 2);
+    FEL_vector3<int> d;
+    EXPECT_EQ(FEL_read_mesh_zone_dimensions(sduct, 0x10A, 1, &d), 1);
+    EXPECT_EQ(d, FEL_vector3<int>(123, 31, 21));
+    EXPECT_EQ(FEL_read_mesh_zone_dimensions(sduct, 0x10A, 2, &d), 0);
+    EXPECT_EQ(FEL_read_mesh_n_zones(sduct, 0x0A, &n_zones), 0);
+    EXPECT_EQ(FEL_read_mesh_zone_dimensions(multi, 0x122, 0, &d), 1);
+    EXPECT_EQ(d, FEL_vector3<int>(8, 12, 12));
+}

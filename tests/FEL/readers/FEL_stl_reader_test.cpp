@@ -1,0 +1,256 @@
+// STL reading: both forms, exact vertex merging, vertex order, zones, and the public corpus.
+#include "readers/FEL_stl_reader.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <fstream>
+#include <set>
+#include <vector>
+
+#include "FEL/readers/FEL_reader_test_files.h"
+#include "FEL_exception.h"
+#include "FEL_tetrahedral_mesh.h"
+#include "readers/FEL_reader.h"
+
+namespace {
+
+using Tri = std::vector<FEL_vector3<float>>;
+
+std::string ascii_stl(const std::vector<Tri>& facets, const std::string& name = "t") {
+    std::string s = "solid " + name + "\n";
+    char line[128];
+    for (const Tri& t : facets) {
+        s += "  facet normal 0 0 1\n    outer loop\n";
+        for (const auto& v : t) {
+            std::snprintf(line, sizeof line, "      vertex %.9g %.9g %.9g\n", v.x, v.y, v.z);
+            s += line;
+        }
+        s += "    endloop\n  endfacet\n";
+    }
+    return s + "endsolid " + name + "\n";
+}
+
+std::string binary_stl(const std::vector<Tri>& facets, const std::string& header = "") {
+    std::string s = header;
+    s.resize(80, ' ');
+    s += le32(static_cast<std::uint32_t>(facets.size()));
+    for (const Tri& t : facets) {
+        s += std::string(12, '\0');
+        for (const auto& v : t) s += le_float(v.x) + le_float(v.y) + le_float(v.z);
+        s += std::string(2, '\0');
+    }
+    return s;
+}
+
+// The 12 facets of the unit cube with its lowest corner at o, two per face.
+std::vector<Tri> cube(float ox, float oy, float oz) {
+    std::vector<Tri> facets;
+    for (int axis = 0; axis < 3; ++axis)
+        for (int side = 0; side < 2; ++side) {
+            // The face's corners in a cycle over the two other axes.
+            const int u = (axis + 1) % 3, w = (axis + 2) % 3;
+            const int cycle[4][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+            FEL_vector3<float> q[4];
+            for (int c = 0; c < 4; ++c) {
+                float p[3];
+                p[axis] = float(side);
+                p[u] = float(cycle[c][0]);
+                p[w] = float(cycle[c][1]);
+                q[c] = FEL_vector3<float>(ox + p[0], oy + p[1], oz + p[2]);
+            }
+            facets.push_back({q[0], q[1], q[2]});
+            facets.push_back({q[0], q[2], q[3]});
+        }
+    return facets;
+}
+
+const FEL_tetrahedral_mesh& surface(const FEL_pointer<FEL_mesh>& mesh) {
+    return dynamic_cast<const FEL_tetrahedral_mesh&>(*mesh.get());
+}
+
+int zone_count(const FEL_tetrahedral_mesh& m) {
+    std::set<int> zones;
+    for (int t = 0; t < m.get_n_triangles(); ++t) zones.insert(m.get_triangle_zone(t));
+    return static_cast<int>(zones.size());
+}
+
+bool lexicographically_below(const FEL_vector3<float>& a, const FEL_vector3<float>& b) {
+    if (a.x != b.x) return a.x < b.x;
+    if (a.y != b.y) return a.y < b.y;
+    return a.z < b.z;
+}
+
+}  // namespace
+
+TEST(FEL_stl_reader, CubesMergeToEightVerticesAndTouchingCubesStayTwoZones) {
+    FEL_test_dir dir;
+    const FEL_pointer<FEL_mesh> one =
+        FEL_stl_read_mesh(dir.write("c.stl", ascii_stl(cube(0, 0, 0))), 0);
+    EXPECT_EQ(surface(one).get_n_vertices(), 8);
+    EXPECT_EQ(surface(one).get_n_triangles(), 12);
+    EXPECT_EQ(zone_count(surface(one)), 1);
+
+    // Two cubes sharing the corner (1, 1, 1) only: 8 + 8 - 1 vertices, no shared edge.
+    std::vector<Tri> touching = cube(0, 0, 0), second = cube(1, 1, 1);
+    touching.insert(touching.end(), second.begin(), second.end());
+    const FEL_pointer<FEL_mesh> two =
+        FEL_stl_read_mesh(dir.write("t.stl", binary_stl(touching)), 1);
+    const FEL_tetrahedral_mesh& m = surface(two);
+    EXPECT_EQ(m.get_n_vertices(), 15);
+    EXPECT_EQ(zone_count(m), 2);
+    // Zones are numbered in the order of each part's first facet.
+    for (int t = 0; t < 24; ++t) EXPECT_EQ(m.get_triangle_zone(t), t < 12 ? 0 : 1);
+    EXPECT_TRUE(g_blnUseClose);
+}
+
+TEST(FEL_stl_reader, OnlyBitEqualCoordinatesMergeAndMinusZeroEqualsZero) {
+    //  (0,1)----(1,1)      A = (0,0) (1,0) (0,1) at z = 0.0
+    //    | \   B  |        B = (1,0) (1,1) (0,1) at z = -0.0: shares the edge (1,0)-(0,1)
+    //    |  A \   |
+    //  (0,0)----(1,0)
+    FEL_test_dir dir;
+    const float mz = -0.0f;
+    const std::vector<Tri> signed_zero = {{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}},
+                                          {{1, 0, mz}, {1, 1, mz}, {0, 1, mz}}};
+    const FEL_pointer<FEL_mesh> merged =
+        FEL_stl_read_mesh(dir.write("z.stl", binary_stl(signed_zero)), 1);
+    const FEL_tetrahedral_mesh& m = surface(merged);
+    ASSERT_EQ(m.get_n_vertices(), 4);
+    EXPECT_EQ(zone_count(m), 1);
+    // A merged vertex keeps the coordinates met first; (1,1) was only ever -0.0.
+    EXPECT_FALSE(std::signbit(m.get_vertices()[m.get_triangles()[0].y].z));
+    EXPECT_TRUE(std::signbit(m.get_vertices()[m.get_triangles()[1].y].z));
+
+    // The same with B's (0,1) one bit above 1 in y: the edge is no longer shared.
+    std::vector<Tri> apart = signed_zero;
+    apart[1][2].y = std::nextafter(1.0f, 2.0f);
+    const FEL_pointer<FEL_mesh> split = FEL_stl_read_mesh(dir.write("b.stl", binary_stl(apart)), 1);
+    EXPECT_EQ(surface(split).get_n_vertices(), 5);
+    EXPECT_EQ(zone_count(surface(split)), 2);
+}
+
+TEST(FEL_stl_reader, VerticesAreNumberedInCoordinateOrderNotFileOrder) {
+    FEL_test_dir dir;
+    const std::vector<Tri> facets = {{{2, 0, 0}, {1, 5, 0}, {1, 0, 7}}};
+    const FEL_pointer<FEL_mesh> mesh = FEL_stl_read_mesh(dir.write("o.stl", ascii_stl(facets)), 0);
+    const FEL_tetrahedral_mesh& m = surface(mesh);
+    // (1,0,7) < (1,5,0) < (2,0,0)
+    EXPECT_EQ(m.get_triangles()[0], FEL_vector3<int>(2, 1, 0));
+    EXPECT_EQ(m.get_vertices()[0], FEL_vector3<float>(1, 0, 7));
+}
+
+TEST(FEL_stl_reader, AsciiReadsAllSolidsAsOneAndDropsAFacetCutOffByTheEnd) {
+    FEL_test_dir dir;
+    const Tri a = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, b = {{5, 0, 0}, {6, 0, 0}, {5, 1, 0}};
+    std::vector<_FEL_triangle> list;
+    FEL_stl_read_mesh_ascii(dir.write("s.stl", ascii_stl({a}, "one") + ascii_stl({b}, "two")),
+                            list);
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[1].vertex[2], FEL_vector3<float>(5, 1, 0));
+
+    // The second facet stops after two vertices.
+    std::string cut = ascii_stl({a, b});
+    cut = cut.substr(0, cut.rfind("      vertex"));
+    FEL_stl_read_mesh_ascii(dir.write("cut.stl", cut), list);
+    EXPECT_EQ(list.size(), 1u);
+
+    // 1001 facets: the list grows past its first 1000 entries and ends at 1001.
+    std::vector<Tri> many;
+    for (int i = 0; i < 1001; ++i)
+        many.push_back({{float(i), 0, 0}, {float(i), 1, 0}, {float(i), 0, 1}});
+    FEL_stl_read_mesh_ascii(dir.write("many.stl", ascii_stl(many)), list);
+    ASSERT_EQ(list.size(), 1001u);
+    EXPECT_EQ(list[1000].vertex[0].x, 1000.0f);
+
+    // No "solid" line, or no file: no facets.
+    FEL_stl_read_mesh_ascii(dir.write("nosolid.stl", "facet normal 0 0 1\n vertex 1 2 3\n"), list);
+    EXPECT_TRUE(list.empty());
+    FEL_stl_read_mesh_ascii(dir.write("x", "") + ".missing", list);
+    EXPECT_TRUE(list.empty());
+}
+
+TEST(FEL_stl_reader, EatStringLeavesTheStreamBehindTheTokenAndThrowsAtTheEnd) {
+    FEL_test_dir dir;
+    std::ifstream in(dir.write("e.txt", "abc\nxx vertex 1.5 -2 3e1\nrest\n"));
+    EatString(in, "vertex");
+    float x, y, z;
+    in >> x >> y >> z;
+    EXPECT_EQ(FEL_vector3<float>(x, y, z), FEL_vector3<float>(1.5f, -2, 30));
+    try {
+        EatString(in, "absent");
+        FAIL() << "no end-of-file error";
+    } catch (const FEL_unexpected_eof_error& e) {
+        EXPECT_EQ(e.get_line(), 573u);
+    }
+}
+
+TEST(FEL_stl_reader, BinaryOfEightyFourBytesIsEmptyAndAHeaderSayingSolidIsStillBinary) {
+    FEL_test_dir dir;
+    const std::string empty = dir.write("empty.stl", binary_stl({}));
+    unsigned flags = 0;
+    const FEL_pointer<FEL_mesh> none = FEL_read_mesh(empty, flags, -1);
+    EXPECT_EQ(flags, 4u);
+    EXPECT_EQ(surface(none).get_n_triangles(), 0);
+    EXPECT_EQ(surface(none).get_n_vertices(), 0);
+
+    const std::string solid = dir.write("solid.stl", binary_stl(cube(0, 0, 0), "solid cube"));
+    EXPECT_TRUE(FEL_is_file_binary(solid));
+    flags = 0;
+    const FEL_pointer<FEL_mesh> mesh = FEL_read_mesh(solid, flags, -1);
+    EXPECT_EQ(flags, 4u);
+    EXPECT_EQ(surface(mesh).get_n_triangles(), 12);
+}
+
+TEST(FEL_stl_reader_death, BinaryOneByteLongerThanItsCountEndsWithStatusFive) {
+    FEL_test_dir dir;
+    const std::string path = dir.write("long.stl", binary_stl(cube(0, 0, 0)) + "x");
+    EXPECT_EXIT(
+        {
+            dup2(2, 1);  // the message goes to standard output
+            FEL_stl_read_mesh(path, 1);
+        },
+        testing::ExitedWithCode(5),
+        "This file is binary, but may need to be endian converted\\. Otherwise, it must be "
+        "broken\\.");
+}
+
+TEST(FEL_stl_reader, PublicCorpusMatchesIndependentCounts) {
+    struct Expected {
+        const char* file;
+        unsigned flags_info;  // 1 binary, 0 ASCII
+        int facets, vertices, parts;
+    };
+    const Expected table[] = {
+        {"angle_block.STL", 1, 704, 398, 1},
+        {"baseline_wing.stl", 0, 3610, 1844, 1},
+        {"blade.stl", 1, 4640, 2320, 1},
+        {"bunny.stl", 1, 9999, 5055, 1},
+        {"esp_airfoil.stl", 1, 976, 732, 1},
+        {"featuretype.STL", 1, 3476, 2010, 1},
+        {"multibody.stl", 0, 32, 20, 2},
+        {"plate_holes.STL", 1, 1252, 618, 1},
+        {"soup.stl", 1, 100, 300, 100},
+        {"teapot.stl", 1, 894, 480, 4},
+        {"two_objects_mixed_case_names.stl", 0, 24, 16, 2},
+        {"unit_cube.STL", 1, 12, 8, 1},
+        {"unit_sphere.STL", 1, 1280, 642, 1},
+    };
+    for (const Expected& e : table) {
+        SCOPED_TRACE(e.file);
+        const std::string path = corpus(std::string("stl/") + e.file);
+        unsigned info = 99;
+        EXPECT_EQ(FEL_flowviz_deduce_file_type(path, info), 4);
+        EXPECT_EQ(info, e.flags_info);
+        unsigned flags = 292;  // the bodies' first guess, refused by every STL file
+        const FEL_pointer<FEL_mesh> mesh = FEL_read_mesh(path, flags, -1);
+        EXPECT_EQ(flags, 4u);
+        const FEL_tetrahedral_mesh& m = surface(mesh);
+        EXPECT_EQ(m.get_n_triangles(), e.facets);
+        EXPECT_EQ(m.get_n_vertices(), e.vertices);
+        EXPECT_EQ(zone_count(m), e.parts);
+        for (int v = 1; v < m.get_n_vertices(); ++v)
+            ASSERT_TRUE(lexicographically_below(m.get_vertices()[v - 1], m.get_vertices()[v]));
+    }
+}

@@ -1,0 +1,145 @@
+// Tests of the choice between the short cut-body path and the full path, and of the conversion of
+// cut bodies into meshes by the external converter.
+#include "driver/ConvertCuts.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <utility>
+
+#include "ScratchDir.h"
+
+TEST(all_bodies_are_cut_files, OnlySurfaceBodiesBreakIt) {
+    EXPECT_TRUE(all_bodies_are_cut_files({}));
+    std::vector<_BodyStruct> bodies(3);
+    bodies[0].eBodyType = BODY_XCUT;
+    bodies[1].eBodyType = BODY_YCUT;
+    bodies[2].eBodyType = BODY_ZCUT;
+    EXPECT_TRUE(all_bodies_are_cut_files(bodies));
+    bodies[1].eBodyType = BODY_STL;
+    EXPECT_FALSE(all_bodies_are_cut_files(bodies));
+    bodies[1].eBodyType = BODY_PLOT3D;
+    EXPECT_FALSE(all_bodies_are_cut_files(bodies));
+}
+
+namespace {
+
+// Puts directory alone at the head of PATH (or as all of it) while it lives.
+class PathPrefix {
+  public:
+    PathPrefix(const std::string& directory, bool blnKeepRest) {
+        const char* old = std::getenv("PATH");
+        m_blnHad = old != nullptr;
+        if (m_blnHad) m_strOld = old;
+        const std::string path = blnKeepRest && m_blnHad ? directory + ":" + m_strOld : directory;
+        setenv("PATH", path.c_str(), 1);
+    }
+    ~PathPrefix() {
+        if (m_blnHad)
+            setenv("PATH", m_strOld.c_str(), 1);
+        else
+            unsetenv("PATH");
+    }
+
+  private:
+    bool m_blnHad;
+    std::string m_strOld;
+};
+
+// A stand-in for the external converter: it writes its own path and arguments, one a line, to
+// "args" beside itself, and to its -o path a text multi-zone Plot3D file with one zone of 2 x 1 x 1
+// nodes per cut option. Zone n (from 1) runs from (n, 0, 0) to (n + 0.5, 0, 0), so a zone's box
+// tells which one a body got.
+void WriteFakeConverter(const ScratchDir& dir) {
+    const std::string script = dir / "cuts2plot3d";
+    WriteWholeFile(script,
+                   "#!/bin/sh\n"
+                   "printf '%s\\n' \"$0\" \"$@\" > " +
+                       (dir / "args") +
+                       "\n"
+                       "n=0\n"
+                       "while [ $# -gt 0 ]; do\n"
+                       "  case \"$1\" in\n"
+                       "    -o) out=\"$2\" ;;\n"
+                       "    -x|-y|-z) n=$((n+1)) ;;\n"
+                       "  esac\n"
+                       "  shift 2\n"
+                       "done\n"
+                       "{\n"
+                       "  echo $n\n"
+                       "  i=1; while [ $i -le $n ]; do echo '2 1 1'; i=$((i+1)); done\n"
+                       "  i=1; while [ $i -le $n ]; do\n"
+                       "    echo \"$i $i.5\"; echo '0 0'; echo '0 0'; i=$((i+1))\n"
+                       "  done\n"
+                       "} > \"$out\"\n");
+    chmod(script.c_str(), 0755);
+}
+
+std::vector<_BodyStruct> Bodies(const std::vector<std::pair<BodyType, std::string>>& list) {
+    std::vector<_BodyStruct> bodies(list.size());
+    for (std::size_t b = 0; b < list.size(); ++b) {
+        bodies[b].eBodyType = list[b].first;
+        bodies[b].strPointsFile = list[b].second;
+    }
+    return bodies;
+}
+
+}  // namespace
+
+TEST(ConvertTranslateCutFilesToPlot3D, RunsTheConverterOnceAndHandsOutZonesOverCutBodies) {
+    ScratchDir dir;
+    WriteFakeConverter(dir);
+    PathPrefix path(dir.Path(), true);
+    std::vector<_BodyStruct> bodies = Bodies({{BODY_STL, "hull.stl"},
+                                              {BODY_PLOT3D, "wing.p3d"},
+                                              {BODY_XCUT, "a.cut"},
+                                              {BODY_ZCUT, "c.cut"},
+                                              {BODY_STL, "fin.stl"},
+                                              {BODY_YCUT, "b.cut"}});
+    const std::string out = dir / "cuts.xyz";
+    const FEL_pointer<FEL_mesh> mesh =
+        ConvertTranslateCutFilesToPlot3D(bodies, FEL_vector3<float>(2.0f, 0.5f, 1.25f), out);
+
+    EXPECT_EQ(ReadWholeFile(dir / "args"), dir / "cuts2plot3d\n-o\n" + out +
+                                               "\n-X\n2.000000\n-Y\n0.500000\n-Z\n1.250000\n"
+                                               "-x\na.cut\n-z\nc.cut\n-y\nb.cut\n");
+    ASSERT_FALSE(mesh.null());
+    EXPECT_EQ(mesh->get_n_zones(), 3);
+    for (int b : {0, 1, 4}) EXPECT_TRUE(bodies[b].pMesh.null()) << b;
+    // The third body is the first cut body and gets zone 0, the fourth zone 1, the sixth zone 2.
+    const int zoneOfBody[] = {-1, -1, 0, 1, -1, 2};
+    for (int b : {2, 3, 5}) {
+        ASSERT_FALSE(bodies[b].pMesh.null()) << b;
+        EXPECT_EQ(bodies[b].pMesh, mesh->get_zone(zoneOfBody[b])) << b;
+        FEL_vector3<float> low, high;
+        ASSERT_EQ(bodies[b].pMesh->get_bounding_box(&low, &high), 1) << b;
+        EXPECT_EQ(low, FEL_vector3<float>(zoneOfBody[b] + 1.0f, 0.0f, 0.0f)) << b;
+        EXPECT_EQ(high, FEL_vector3<float>(zoneOfBody[b] + 1.5f, 0.0f, 0.0f)) << b;
+    }
+}
+
+TEST(ConvertTranslateCutFilesToPlot3D, NullWithoutConverterOrWithoutCutBodies) {
+    ScratchDir dir;
+    WriteFakeConverter(dir);
+    const std::string out = dir / "cuts.xyz";
+    std::vector<_BodyStruct> bodies = Bodies({{BODY_XCUT, "a.cut"}});
+    {
+        ScratchDir empty;
+        PathPrefix path(empty.Path(), false);
+        testing::internal::CaptureStderr();
+        EXPECT_TRUE(ConvertTranslateCutFilesToPlot3D(bodies, {1, 1, 1}, out).null());
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  "Could not find cuts2plot3d executable.\n");
+        EXPECT_TRUE(bodies[0].pMesh.null());
+    }
+
+    PathPrefix path(dir.Path(), true);
+    for (std::vector<_BodyStruct> surfaces :
+         {Bodies({}), Bodies({{BODY_STL, "hull.stl"}, {BODY_PLOT3D, "wing.p3d"}})}) {
+        EXPECT_TRUE(ConvertTranslateCutFilesToPlot3D(surfaces, {1, 1, 1}, out).null());
+        for (const _BodyStruct& body : surfaces) EXPECT_TRUE(body.pMesh.null());
+    }
+    EXPECT_FALSE(PathExists(dir / "args"));
+    EXPECT_FALSE(PathExists(out));
+}

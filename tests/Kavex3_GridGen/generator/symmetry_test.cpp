@@ -1,0 +1,99 @@
+// Tests of genXYZgdsFromSpecs: common symmetric patterns and the discard limits.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <vector>
+
+#include "gdtest_util.h"
+#include "generator/symmetry.h"
+
+namespace {
+
+std::vector<double> points(const GridLine& line) {
+    return std::vector<double>(line.gdpts, line.gdpts + line.nGdpts);
+}
+
+class GenXYZ : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        set_test_options();
+        Xgdln = make_line(0);
+        Ygdln = make_line(1);
+        Zgdln = make_line(2);
+    }
+};
+
+TEST_F(GenXYZ, CommonSymmetrySharesOnePatternAboutEachLinesPlane) {
+    // X: 10 cells over [0,10] about 5. Y: 10 cells over [14,16] about 15, which is [4,6] about
+    // 5 in the common frame. Common: folded pieces [0,4] with 4 cells and [4,5] with 5 cells,
+    // reflected about 5. Z has its own 2 cells over [0,2].
+    static BdyGdspc xs[] = {spec(0, 10, 10)}, ys[] = {spec(14, 16, 10)}, zs[] = {spec(0, 2, 2)};
+    set_specs(&Xgdln, xs, 1);
+    set_specs(&Ygdln, ys, 1);
+    set_specs(&Zgdln, zs, 1);
+    Xgdln.hasSymm = Ygdln.hasSymm = 1;
+    Xgdln.commonSymm = Ygdln.commonSymm = 1;
+    Xgdln.symmPosn = 5;
+    Ygdln.symmPosn = 15;
+    genXYZgdsFromSpecs(&Xgdln, &Ygdln, &Zgdln);
+
+    std::vector<double> x;
+    double v = 0;
+    x.push_back(v);
+    for (int k = 1; k < 4; ++k) x.push_back(v = v + 4.0 / 4);
+    v = 4;
+    x.push_back(v);
+    for (int k = 1; k < 5; ++k) x.push_back(v = v + 1.0 / 5);
+    x.push_back(5);
+    for (int q = 8; q >= 0; --q) x.push_back(2 * 5.0 - x[q]);
+    EXPECT_EQ(points(Xgdln), x);
+    std::vector<double> y;
+    for (double p : x) y.push_back(p + (15.0 - 5.0));
+    EXPECT_EQ(points(Ygdln), y);
+    EXPECT_EQ(points(Zgdln), (std::vector<double>{0, 1, 2}));
+}
+
+TEST_F(GenXYZ, DiscardLimitsBecomeGridPointsAndCutTheLine) {
+    // 10 cells over [0,10] cut at 2.5 and 7.5: the middle piece has 5 cells of width 1.
+    static BdyGdspc xs[] = {spec(0, 10, 10)}, ys[] = {spec(0, 4, 4)}, zs[] = {spec(0, 4, 4)};
+    set_specs(&Xgdln, xs, 1);
+    set_specs(&Ygdln, ys, 1);
+    set_specs(&Zgdln, zs, 1);
+    Xgdln.discardBelow = 2.5;
+    Xgdln.discardAfter = 7.5;
+    // A limit beyond the specs extends the line to it, and only that point stays.
+    Ygdln.discardBelow = 4.5;
+    Zgdln.discardAfter = -1;
+    genXYZgdsFromSpecs(&Xgdln, &Ygdln, &Zgdln);
+    EXPECT_EQ(Xgdln.nFrcdGdpts, 2);
+    EXPECT_EQ(points(Xgdln), (std::vector<double>{2.5, 3.5, 4.5, 5.5, 6.5, 7.5}));
+    EXPECT_EQ(points(Ygdln), (std::vector<double>{4.5}));
+    EXPECT_EQ(points(Zgdln), (std::vector<double>{-1}));
+}
+
+TEST_F(GenXYZ, DiscardKeepsPointsWithinTolOfTheLimit) {
+    // Points 0, 1, 2, 3: limits 1 + 0.5e-8 and 2 - 0.5e-8 still keep 1 and 2.
+    GridLine line = make_line(0);
+    line.gdpts = static_cast<double*>(std::malloc(4 * sizeof(double)));
+    for (int i = 0; i < 4; ++i) line.gdpts[i] = i;
+    line.nGdpts = 4;
+    line.discardBelow = 1 + 0.5e-8;
+    discard_grids_below(&line);
+    discard_grids_after(&line, 2 - 0.5e-8);
+    EXPECT_EQ(points(line), (std::vector<double>{1, 2}));
+    discard_grids_after(&line, UNSET_DBL);
+    EXPECT_EQ(line.nGdpts, 2);
+    // A limit more than tol beyond the line's other end takes all points.
+    line.discardBelow = 2 + 2e-8;
+    discard_grids_below(&line);
+    EXPECT_EQ(line.nGdpts, 0);
+    EXPECT_EQ(line.gdpts, nullptr);
+    line.gdpts = static_cast<double*>(std::malloc(sizeof(double)));
+    line.gdpts[0] = 1.0;
+    line.nGdpts = 1;
+    discard_grids_after(&line, 1 - 2e-8);
+    EXPECT_EQ(line.nGdpts, 0);
+    EXPECT_EQ(line.gdpts, nullptr);
+}
+
+}  // namespace
