@@ -74,8 +74,9 @@ void WalkFast(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
     std::vector<std::uint32_t> ids, starts;
     std::vector<Triangle*> entries;
     GridCell* data = cells.Data();
-    for (std::size_t id = 0; id < cells.Size(); ++id) {
-        if (data[id].m_vecTriangles.empty()) continue;
+    // The lists run in ascending cell order.
+    for (std::uint32_t handle = 1; handle <= cells.ListCount(); ++handle) {
+        std::size_t id = cells.ListCell(handle);
         if (data[id].m_ushtCounter != GridCell::s_ushtNewCounter) continue;
         TriangleSpan s = cells.Triangles(data[id]);
         ids.push_back(std::uint32_t(id));
