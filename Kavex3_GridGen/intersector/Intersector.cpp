@@ -8,6 +8,7 @@
 
 #include "FilePath.h"
 #include "intersector/CellWalk.h"
+#include "intersector/Parallel.h"
 #include "intersector/Witness.h"
 #include "intersector/convert.h"
 
@@ -65,7 +66,16 @@ void WalkPlain(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
 
 // Every cell gets its witnesses, then the walk keeps those of the cells it reaches.
 void WalkFast(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
-    FindAllWitnesses(cells, grids, IntersectThreads());
+    const int threads = IntersectThreads();
+    // The walk is single-threaded: bring the cells' pages in on all threads first, while every
+    // cell is still all zero bytes.
+    char* bytes = reinterpret_cast<char*>(cells.Data());
+    const std::size_t size = cells.Size() * sizeof(GridCell), pieces = 16 * std::size_t(threads);
+    RunPieces(int(pieces), threads, [&](int piece) {
+        for (std::size_t b = size * piece / pieces; b < size * (piece + 1) / pieces; b += 4096)
+            bytes[b] = 0;
+    });
+    FindAllWitnesses(cells, grids, threads);
     CellWalk walk(cells);
     ++GridCell::s_ushtNewCounter;
     PushCorners(walk);
