@@ -18,39 +18,35 @@ class CellWalk {
 
     // Visits cell (i, j, k) first. Each cell reached is handed once to enter when open(cell)
     // holds, and the walk goes on through it; otherwise once to stop, and the walk halts there.
-    void Seed(int i, int j, int k) { m_vecStack.push_back({i, j, k}); }
+    void Seed(int i, int j, int k) { m_vecStack.push_back(std::uint32_t(m_cells.Linear(i, j, k))); }
 
     template <class Open, class Enter, class Stop>
     void Run(const Open& open, const Enter& enter, const Stop& stop) {
         const std::uint16_t mark = GridCell::s_ushtNewCounter;
         const int nk = m_aintCount[2];
         while (!m_vecStack.empty()) {
-            Seed3 s = m_vecStack.back();
+            const FEL_vector3<int> s = m_cells.Index(m_vecStack.back());
             m_vecStack.pop_back();
-            GridCell* row = &m_cells(s.i, s.j, 0);
-            if (row[s.k].m_ushtCounter == mark) continue;
-            row[s.k].m_ushtCounter = mark;
-            if (!open(row[s.k])) {
-                stop(row[s.k]);
+            GridCell* row = &m_cells(s.x, s.y, 0);
+            if (row[s.z].m_ushtCounter == mark) continue;
+            row[s.z].m_ushtCounter = mark;
+            if (!open(row[s.z])) {
+                stop(row[s.z]);
                 continue;
             }
-            enter(row[s.k]);
-            int k0 = s.k, k1 = s.k;
+            enter(row[s.z]);
+            int k0 = s.z, k1 = s.z;
             while (k0 > 0 && Take(row[k0 - 1], mark, open, enter, stop)) --k0;
             while (k1 + 1 < nk && Take(row[k1 + 1], mark, open, enter, stop)) ++k1;
-            if (s.i > 0) Beside(s.i - 1, s.j, k0, k1, mark, open, stop);
-            if (s.i + 1 < m_aintCount[0]) Beside(s.i + 1, s.j, k0, k1, mark, open, stop);
-            if (s.j > 0) Beside(s.i, s.j - 1, k0, k1, mark, open, stop);
-            if (s.j + 1 < m_aintCount[1]) Beside(s.i, s.j + 1, k0, k1, mark, open, stop);
+            if (s.x > 0) Beside(s.x - 1, s.y, k0, k1, mark, open, stop);
+            if (s.x + 1 < m_aintCount[0]) Beside(s.x + 1, s.y, k0, k1, mark, open, stop);
+            if (s.y > 0) Beside(s.x, s.y - 1, k0, k1, mark, open, stop);
+            if (s.y + 1 < m_aintCount[1]) Beside(s.x, s.y + 1, k0, k1, mark, open, stop);
         }
         m_vecStack = {};
     }
 
   private:
-    struct Seed3 {
-        int i, j, k;
-    };
-
     // Marks an unvisited cell; true when the run may grow into it.
     template <class Open, class Enter, class Stop>
     static bool Take(GridCell& c, std::uint16_t mark, const Open& open, const Enter& enter,
@@ -84,12 +80,13 @@ class CellWalk {
                 inStretch = false;
                 continue;
             }
-            if (!inStretch) m_vecStack.push_back({i, j, k});
+            if (!inStretch) m_vecStack.push_back(std::uint32_t(m_cells.Linear(i, j, k)));
             inStretch = true;
         }
     }
 
     GridCellArray& m_cells;
     int m_aintCount[3];
-    std::vector<Seed3> m_vecStack;
+    // Cell numbers; a cell is pushed at most once from each of its four neighbouring rows.
+    std::vector<std::uint32_t> m_vecStack;
 };

@@ -174,35 +174,49 @@ long long DecideCells(GridCellArray& cells, long long& intersected) {
                 touched[n] = AnySubCellTouched(cells, cells.Index(cells.ListCell(n + 1)));
         });
     }
-    // The scan: i, j, k all downwards, which is the linear order backwards.
+    // The scan: i, j, k all downwards, which is the linear order backwards. Only cells with
+    // triangles or marked intersected change, and only they are read by the decisions, so the
+    // others are counted in parallel slabs and these taken afterwards in the scan's order.
+    const GridCell* data = cells.Data();
+    const int threads = g_intersectOptions.m_blnPlain ? 1 : IntersectThreads();
+    const int slabs = int(std::min<std::size_t>(cells.Size(), std::size_t(16) * threads));
+    std::vector<long long> bulk(slabs, 0);
+    std::vector<std::vector<std::uint32_t>> special(slabs);
+    RunPieces(slabs, threads, [&](int slab) {
+        std::size_t from = cells.Size() * std::size_t(slab) / std::size_t(slabs);
+        std::size_t to = cells.Size() * std::size_t(slab + 1) / std::size_t(slabs);
+        for (std::size_t id = to; id-- > from;) {
+            const GridCell& cell = data[id];
+            if (!cell.m_vecTriangles.empty() || cell.m_eState == CELL_INTERSECTED)
+                special[slab].push_back(std::uint32_t(id));
+            else if (cell.m_eState != CELL_EXTERIOR)
+                ++bulk[slab];
+        }
+    });
     long long body = 0;
+    for (long long n : bulk) body += n;
     bool called = false;
-    GridCell* data = cells.Data();
-    for (std::size_t id = cells.Size(); id-- > 0;) {
-        GridCell& cell = data[id];
-        bool empty = cell.m_vecTriangles.empty();
-        if (empty && cell.m_eState == CELL_EXTERIOR) continue;
-        if (empty && cell.m_eState != CELL_INTERSECTED) {
-            ++body;
-            continue;
+    for (int slab = slabs - 1; slab >= 0; --slab)
+        for (std::uint32_t id : special[slab]) {
+            GridCell& cell = cells.Data()[id];
+            const bool empty = cell.m_vecTriangles.empty();
+            const FEL_vector3<int> p = cells.Index(id);
+            called = true;
+            int state;
+            if (g_intersectOptions.m_blnPlain) {
+                state = IsCellInterior(p, cells, cell);
+            } else {
+                bool open = false;
+                for (const Face& f : kFaces) open = open || FaceQualifies(f, p, cells);
+                bool hit = !empty && touched[cell.m_vecTriangles.m_uintHandle - 1];
+                state = !open || hit ? CELL_INTERIOR : Decision(64, 0, empty);
+            }
+            cell.m_eState = CellState(state);
+            if (state == CELL_INTERSECTED)
+                ++intersected;
+            else if (state != CELL_EXTERIOR)
+                ++body;
         }
-        FEL_vector3<int> p = cells.Index(id);
-        called = true;
-        int state;
-        if (g_intersectOptions.m_blnPlain) {
-            state = IsCellInterior(p, cells, cell);
-        } else {
-            bool open = false;
-            for (const Face& f : kFaces) open = open || FaceQualifies(f, p, cells);
-            bool hit = !empty && touched[cell.m_vecTriangles.m_uintHandle - 1];
-            state = !open || hit ? CELL_INTERIOR : Decision(64, 0, empty);
-        }
-        cell.m_eState = CellState(state);
-        if (state == CELL_INTERSECTED)
-            ++intersected;
-        else if (state != CELL_EXTERIOR)
-            ++body;
-    }
     // As after the last IsCellInterior.
     if (called) GridCell::s_ushtNewCounter = 0;
     return body;

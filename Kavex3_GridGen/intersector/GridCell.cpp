@@ -9,7 +9,7 @@
 #include <stdexcept>
 
 #include "FEL_axis_aligned_mesh.h"
-#include "intersector/Intersector.h"
+#include "intersector/IntersectGlobals.h"
 #include "intersector/TriangleBox.h"
 #include "intersector/ZeroedMemory.h"
 

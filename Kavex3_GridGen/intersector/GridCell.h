@@ -12,7 +12,8 @@
 #include "FEL_vector3.h"
 #include "intersector/Triangle.h"
 
-enum CellState : std::int32_t {
+// One byte per cell keeps the cell array at 8 bytes a cell.
+enum CellState : std::int8_t {
     CELL_UNKNOWN = 0,
     CELL_INTERSECTED = 1,
     CELL_EXTERIOR = 2,
@@ -28,16 +29,17 @@ class TriangleList {
     std::uint32_t m_uintHandle = 0;
 };
 
-// One grid cell: 12 bytes. Its corners come from the axes of its array.
+// One grid cell: 8 bytes. Its corners come from the axes of its array.
 struct GridCell {
-    CellState m_eState = CELL_UNKNOWN;
     TriangleList m_vecTriangles;
     // Visit mark: the value of s_ushtNewCounter when the cell was last visited.
     std::uint16_t m_ushtCounter = 0;
+    CellState m_eState = CELL_UNKNOWN;
 
     static std::uint16_t s_ushtNewCounter;
 };
 static_assert(std::is_trivially_copyable<GridCell>::value, "cells live in zeroed memory");
+static_assert(sizeof(GridCell) == 8, "a cell is 8 bytes");
 
 // A read-only run of triangle pointers.
 struct TriangleSpan {

@@ -5,25 +5,17 @@
 #include <algorithm>
 #include <fstream>
 #include <iostream>
-#include <thread>
 
 #include "FilePath.h"
 #include "intersector/CellWalk.h"
+#include "intersector/Parallel.h"
 #include "intersector/Witness.h"
 #include "intersector/convert.h"
 
 GridCellArray g_gridCells;
-FEL_vector3<int> g_v3iGridDimensions;
-bool g_blnDebug = false;
-IntersectOptions g_intersectOptions;
-
-int IntersectThreads() {
-    int n = g_intersectOptions.m_intThreads;
-    return n > 0 ? n : int(std::max(1u, std::thread::hardware_concurrency()));
-}
 
 std::size_t IntersectBytesPerCell() {
-    return sizeof(GridCell) + sizeof(std::uint32_t);
+    return sizeof(GridCell) + 4 * sizeof(std::uint32_t);
 }
 
 namespace {
@@ -74,7 +66,16 @@ void WalkPlain(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
 
 // Every cell gets its witnesses, then the walk keeps those of the cells it reaches.
 void WalkFast(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
-    FindAllWitnesses(cells, grids, IntersectThreads());
+    const int threads = IntersectThreads();
+    // The walk is single-threaded: bring the cells' pages in on all threads first, while every
+    // cell is still all zero bytes.
+    char* bytes = reinterpret_cast<char*>(cells.Data());
+    const std::size_t size = cells.Size() * sizeof(GridCell), pieces = 16 * std::size_t(threads);
+    RunPieces(int(pieces), threads, [&](int piece) {
+        for (std::size_t b = size * piece / pieces; b < size * (piece + 1) / pieces; b += 4096)
+            bytes[b] = 0;
+    });
+    FindAllWitnesses(cells, grids, threads);
     CellWalk walk(cells);
     ++GridCell::s_ushtNewCounter;
     PushCorners(walk);
@@ -83,8 +84,9 @@ void WalkFast(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
     std::vector<std::uint32_t> ids, starts;
     std::vector<Triangle*> entries;
     GridCell* data = cells.Data();
-    for (std::size_t id = 0; id < cells.Size(); ++id) {
-        if (data[id].m_vecTriangles.empty()) continue;
+    // The lists run in ascending cell order.
+    for (std::uint32_t handle = 1; handle <= cells.ListCount(); ++handle) {
+        std::size_t id = cells.ListCell(handle);
         if (data[id].m_ushtCounter != GridCell::s_ushtNewCounter) continue;
         TriangleSpan s = cells.Triangles(data[id]);
         ids.push_back(std::uint32_t(id));

@@ -10,23 +10,10 @@
 #include "FEL_vector3.h"
 #include "intersector/BodyStruct.h"
 #include "intersector/GridCell.h"
+#include "intersector/IntersectGlobals.h"
 
 // The cell array of the run, built by IntersectGrid; read by the classification and the final scan.
 extern GridCellArray g_gridCells;
-// Cells along i, j, k: the grid's point counts less 1.
-extern FEL_vector3<int> g_v3iGridDimensions;
-// Debug lines on standard output and the dumps "completeTris.dat" and "trisglobal.dat".
-extern bool g_blnDebug;
-
-// How the intersector runs; no setting changes a result.
-struct IntersectOptions {
-    // Worker threads for the witness search and the cell decisions; 0 takes the machine's cores.
-    int m_intThreads = 0;
-    // The literal procedure: linear first-witness search in walk order, sub-grid floods. Slow;
-    // kept as the reference the fast path is checked against.
-    bool m_blnPlain = false;
-};
-extern IntersectOptions g_intersectOptions;
 
 // Builds g_gridCells from the grid mesh and gives every cell that the walk from the eight corners
 // reaches a witness triangle per search cell it overlaps (CELL_INTERSECTED), or spreads through it.
@@ -43,11 +30,8 @@ struct SurfaceZone {
 // g_gridCells, which the caller has made. g_gridCells takes the triangles over.
 void IntersectZones(std::vector<SurfaceZone>& zones, const std::string& folder);
 
-// The thread count that the options ask for.
-int IntersectThreads();
-
 // Bytes per grid cell that the stages keep at most, beyond the triangles, the lists of touched
-// cells and the grid mesh: the cell itself and one 32-bit word of the witness search or the walk.
+// cells and the grid mesh: the cell itself and, at worst, four pending 32-bit seeds of a walk.
 std::size_t IntersectBytesPerCell();
 
 // Debug dumps in Tecplot text: one zone per list; or one zone of the cells' triangles, the last

@@ -1,11 +1,12 @@
-// Surface triangles of the intersector, and the point predicates that fix what coplanarity, lying
-// on an edge and equality mean for the surface model.
+// Surface triangles of the intersector. Their coplanar family and the point predicates beside them
+// fix what coplanarity, lying on an edge and equality mean for the surface model.
 #pragma once
 
 #include <cstdint>
 #include <ostream>
 
 #include "FEL_vector3.h"
+#include "intersector/predicates.h"
 
 // Three points in double precision; edge 0 is P0-P1, edge 1 is P1-P2, edge 2 is P2-P0.
 class Triangle {
@@ -52,19 +53,3 @@ class Triangle {
 
 // "(x, y, z),  (x, y, z),  (x, y, z)", no line end.
 std::ostream& operator<<(std::ostream& out, const Triangle& t);
-
-// Equal exponents and mantissas within 0.0001; a zero shifts both by 1.0 first.
-bool Close(double a, double b);
-// Six times the signed volume of abcd.
-double Volume6(const double* a, const double* b, const double* c, const double* d);
-// p and q not strictly on one side of plane abc (a point in the plane counts as opposite).
-bool OppositeSides(const double* a, const double* b, const double* c, const double* p,
-                   const double* q);
-// The line pq passes through triangle abc, edges, vertices and the plane itself included.
-bool DoesIntersect(const double* a, const double* b, const double* c, const double* p,
-                   const double* q);
-double orient2d(const double* a, const double* b, const double* c);
-// p on the infinite line ab.
-bool PointOn3DLine(const double* a, const double* b, const double* p);
-// Segments ab and cd cross strictly inside both, in a projection chosen from ab.
-bool LineIntersect(const double* a, const double* b, const double* c, const double* d);

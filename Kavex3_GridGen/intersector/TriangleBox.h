@@ -56,6 +56,15 @@ class CellLocator {
         return true;
     }
 
+    // Cells whose [corner c, corner c + 1] meets from..to, by a plain search.
+    IndexRange Span(int a, double from, double to) const {
+        const double* c = m_apCorner[a];
+        int n = m_aintCells[a];
+        int first = int(std::lower_bound(c + 1, c + n + 1, from) - (c + 1));
+        int last = int(std::upper_bound(c, c + n, to) - c) - 1;
+        return {first, last};
+    }
+
   private:
     // The first cell whose high corner is at least x (m_aintCells when none).
     int First(int a, double x) {

@@ -5,14 +5,10 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <functional>
-#include <memory>
-#include <stdexcept>
 #include <utility>
 
 #include "intersector/Parallel.h"
 #include "intersector/TriangleBox.h"
-#include "intersector/ZeroedMemory.h"
 
 namespace {
 int Truncate(double x) {
@@ -75,76 +71,81 @@ void CellWitnesses(const std::vector<SearchGrid>& grids, const FEL_vector3<float
 void FindAllWitnesses(GridCellArray& cells, const std::vector<SearchGrid>& grids, int threads) {
     const int n[3] = {cells.Count(0), cells.Count(1), cells.Count(2)};
     if (std::size_t(n[0]) * n[1] * n[2] == 0) return;
-    std::size_t searchCells = 0;
-    for (const SearchGrid& g : grids) searchCells += g.m_vecLists.size();
-    if (searchCells >= (std::size_t(1) << 30)) throw std::length_error("Too many body zones.");
     std::vector<double> corners[3];
     for (int a = 0; a < 3; ++a) corners[a].assign(cells.Axis(a).begin(), cells.Axis(a).end());
 
-    // Per cell: the number of the search cell last looked at, times 4, plus 1 while it may still
-    // take a witness from it, 2 once it has, 3 when it doesn't consult it.
-    // Only the pages of cells near the surface are ever touched.
-    const std::size_t stampBytes = cells.Size() * sizeof(std::uint32_t);
-    std::unique_ptr<std::uint32_t, std::function<void(std::uint32_t*)>> stampHold(
-        static_cast<std::uint32_t*>(AllocateZeroed(stampBytes)),
-        [stampBytes](std::uint32_t* p) { FreeZeroed(p, stampBytes); });
-    std::uint32_t* stamp = stampHold.get();
-    const int pieces = std::min(n[0], 8 * std::max(1, threads == 0 ? 8 : threads));
+    const int pieces = std::min(n[0], 8 * std::max(1, threads));
     std::vector<std::vector<std::pair<std::uint32_t, Triangle*>>> found(pieces);
 
     RunPieces(pieces, threads, [&](int piece) {
         const int i0 = int(std::int64_t(n[0]) * piece / pieces);
         const int i1 = int(std::int64_t(n[0]) * (piece + 1) / pieces);
         if (i0 >= i1) return;
-        const double x0 = corners[0][i0], x1 = corners[0][i1];
         CellLocator locate(corners[0].data(), n[0] + 1, corners[1].data(), n[1] + 1,
                            corners[2].data(), n[2] + 1);
         std::vector<std::pair<std::uint32_t, Triangle*>>& out = found[piece];
-        std::uint32_t serial = 0;
+        // Per cell of the search cell's box: 0 not yet looked at, 1 may still take a witness
+        // from it, 2 has one, 3 doesn't consult it.
+        std::vector<std::uint8_t> mark;
         for (const SearchGrid& g : grids)
             for (int a = 0; a < g.m_aintCount[0]; ++a)
                 for (int b = 0; b < g.m_aintCount[1]; ++b)
                     for (int c = 0; c < g.m_aintCount[2]; ++c) {
-                        ++serial;
                         const std::vector<Triangle*>& list = g.m_vecLists[g.Linear(a, b, c)];
                         if (list.empty()) continue;
                         SearchCellView s{&g, {a, b, c}, g.CellMin(a, b, c), g.CellMax(a, b, c)};
-                        // Far wider than the slack of CubesIntersect, FEL_Close included.
-                        double tol = 1e-3 * (1.0 + std::fabs(double(s.m_v3fMin.x)) +
-                                             std::fabs(double(s.m_v3fMax.x)));
-                        if (double(s.m_v3fMax.x) + tol < x0 || double(s.m_v3fMin.x) - tol > x1)
-                            continue;
+                        // The cells that can overlap the search cell, with a margin far wider
+                        // than the slack of CubesIntersect, FEL_Close included.
+                        IndexRange box[3];
+                        bool none = false;
+                        for (int x = 0; x < 3; ++x) {
+                            double lo = s.m_v3fMin[x], hi = s.m_v3fMax[x];
+                            double tol = 1e-3 * (1.0 + std::fabs(lo) + std::fabs(hi));
+                            box[x] = locate.Span(x, lo - tol, hi + tol);
+                            if (x == 0)
+                                box[0] = {std::max(box[0].m_intFirst, i0),
+                                          std::min(box[0].m_intLast, i1 - 1)};
+                            none = none || box[x].m_intFirst > box[x].m_intLast;
+                        }
+                        if (none) continue;
+                        const int nj = box[1].m_intLast - box[1].m_intFirst + 1;
+                        const int nk = box[2].m_intLast - box[2].m_intFirst + 1;
+                        mark.assign(std::size_t(box[0].m_intLast - box[0].m_intFirst + 1) * nj * nk,
+                                    0);
                         for (Triangle* t : list) {
                             IndexRange r[3];
                             if (!locate.Ranges(*t, r)) continue;
-                            int ia = std::max(r[0].m_intFirst, i0);
-                            int ib = std::min(r[0].m_intLast, i1 - 1);
-                            for (int i = ia; i <= ib; ++i)
+                            for (int x = 0; x < 3; ++x) {
+                                r[x].m_intFirst = std::max(r[x].m_intFirst, box[x].m_intFirst);
+                                r[x].m_intLast = std::min(r[x].m_intLast, box[x].m_intLast);
+                            }
+                            for (int i = r[0].m_intFirst; i <= r[0].m_intLast; ++i)
                                 for (int j = r[1].m_intFirst; j <= r[1].m_intLast; ++j)
                                     for (int k = r[2].m_intFirst; k <= r[2].m_intLast; ++k) {
-                                        std::size_t id = cells.Linear(i, j, k);
-                                        std::uint32_t st = stamp[id];
-                                        if ((st >> 2) != serial) {
-                                            bool use = s.Consults(cells.CellMin(i, j, k),
-                                                                  cells.CellMax(i, j, k));
-                                            st = (serial << 2) | (use ? 1u : 3u);
+                                        std::uint8_t& st =
+                                            mark[(std::size_t(i - box[0].m_intFirst) * nj +
+                                                  std::size_t(j - box[1].m_intFirst)) *
+                                                     nk +
+                                                 std::size_t(k - box[2].m_intFirst)];
+                                        if (st == 0)
+                                            st = s.Consults(cells.CellMin(i, j, k),
+                                                            cells.CellMax(i, j, k))
+                                                     ? 1
+                                                     : 3;
+                                        if (st != 1) continue;
+                                        FEL_vector3<double> lo(cells.CellMin(i, j, k));
+                                        FEL_vector3<double> hi(cells.CellMax(i, j, k));
+                                        if (t->PartialBoundingBoxTest(&lo.x, &hi.x)) {
+                                            out.emplace_back(std::uint32_t(cells.Linear(i, j, k)),
+                                                             t);
+                                            st = 2;
                                         }
-                                        if ((st & 3u) == 1u) {
-                                            FEL_vector3<double> lo(cells.CellMin(i, j, k));
-                                            FEL_vector3<double> hi(cells.CellMax(i, j, k));
-                                            if (t->PartialBoundingBoxTest(&lo.x, &hi.x)) {
-                                                out.emplace_back(std::uint32_t(id), t);
-                                                st = (serial << 2) | 2u;
-                                            }
-                                        }
-                                        stamp[id] = st;
                                     }
                         }
                     }
         std::stable_sort(out.begin(), out.end(),
                          [](const auto& x, const auto& y) { return x.first < y.first; });
     });
-    stampHold.reset();
 
     std::size_t total = 0;
     for (const auto& f : found) total += f.size();

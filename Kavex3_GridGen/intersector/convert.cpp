@@ -1,13 +1,24 @@
 // Body triangulation: structured surfaces two rows at a time, unstructured ones cell by cell.
 #include "intersector/convert.h"
 
+#include <cmath>
+
 namespace {
 FEL_vector3<double> Wide(const FEL_vector3<float>& v) {
     return FEL_vector3<double>(v);
 }
 
+// FEL_Close(a, b) never holds when |a - b| exceeds 0.00021 * |a| + 0.0002 (its mantissa, relative
+// and absolute steps), so a wider gap decides at once, exactly as FEL_Close would.
+bool Apart(float a, float b) {
+    double d = std::fabs(double(a) - double(b));
+    return d > 0.001 * (std::fabs(double(a)) + 1.0);
+}
+
 bool SameVertex(const FEL_vector3<float>& a, const FEL_vector3<float>& b) {
-    return FEL_Close(a.x, b.x) && FEL_Close(a.y, b.y) && FEL_Close(a.z, b.z);
+    for (int n = 0; n < 3; ++n)
+        if (Apart(a[n], b[n]) || !FEL_Close(a[n], b[n])) return false;
+    return true;
 }
 }  // namespace
 

@@ -2,7 +2,7 @@
 // cube, then the cube's diagonals against the triangle by signed volumes.
 #include "intersector/tricube.h"
 
-#include "intersector/Triangle.h"
+#include "intersector/predicates.h"
 
 long face_plane(const double* p) {
     long outcode = 0;

@@ -33,7 +33,7 @@ class Classify : public ::testing::Test {
     }
 };
 
-TEST_F(Classify, AClosedShellStaysUnknownAndAOneCellGapLetsTheFillIn) {
+TEST_F(Classify, ClosedShellsStayUnknownAndAOneCellGapLetsTheFillIn) {
     // A 3 x 3 x 3 shell of intersected cells around (2, 2, 2), in 5^3 cells.
     UnitGrid(5, 5, 5);
     Mark(1, 3, 1, 3, 1, 3, CELL_INTERSECTED);
@@ -46,10 +46,8 @@ TEST_F(Classify, AClosedShellStaysUnknownAndAOneCellGapLetsTheFillIn) {
     Mark(1, 2, 2, 2, 2, 2, CELL_UNKNOWN);  // gap in the middle of the -i face
     EXPECT_EQ(Fill(5), "There were 25 intersected cells.\n");
     EXPECT_EQ(g_gridCells(2, 2, 2).m_eState, CELL_EXTERIOR);
-}
 
-TEST_F(Classify, SealedCellsTouchingAtAnEdgeStaySealed) {
-    // Cells (2,2,2) and (3,3,2) share only an edge along k; all around them is intersected.
+    // Sealed cells (2,2,2) and (3,3,2) share only an edge along k: both stay sealed.
     UnitGrid(6, 6, 5);
     Mark(1, 4, 1, 4, 1, 3, CELL_INTERSECTED);
     Mark(2, 2, 2, 2, 2, 2, CELL_UNKNOWN);

@@ -28,15 +28,13 @@ inline Triangle* Tri(double ax, double ay, double az, double bx, double by, doub
 inline SurfaceZone Zone(std::vector<Triangle*> tris) {
     SurfaceZone z;
     z.m_vecTriangles = tris;
-    for (int a = 0; a < 3; ++a) {
-        z.m_v3fMin[a] = z.m_v3fMax[a] = float(tris[0]->m_adblVertices[a]);
-        for (Triangle* t : tris)
-            for (int v = 0; v < 3; ++v) {
-                float x = float(t->m_adblVertices[3 * v + a]);
-                z.m_v3fMin[a] = std::min(z.m_v3fMin[a], x);
-                z.m_v3fMax[a] = std::max(z.m_v3fMax[a], x);
-            }
-    }
+    z.m_v3fMin = {1e30f, 1e30f, 1e30f};
+    z.m_v3fMax = {-1e30f, -1e30f, -1e30f};
+    for (Triangle* t : tris)
+        for (int n = 0; n < 9; ++n) {
+            z.m_v3fMin[n % 3] = std::min(z.m_v3fMin[n % 3], float(t->m_adblVertices[n]));
+            z.m_v3fMax[n % 3] = std::max(z.m_v3fMax[n % 3], float(t->m_adblVertices[n]));
+        }
     return z;
 }
 

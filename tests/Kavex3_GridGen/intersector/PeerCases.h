@@ -35,8 +35,7 @@ inline void Torus(const Sink& out) {
     const double ct = std::cos(25.0 * M_PI / 180), st = std::sin(25.0 * M_PI / 180);
     auto p = [&](int i, int j) {
         double u = 2.0 * M_PI * (i % nu) / nu, v = 2.0 * M_PI * (j % nv) / nv;
-        double x = (1 + 0.35 * std::cos(v)) * std::cos(u),
-               y = (1 + 0.35 * std::cos(v)) * std::sin(u);
+        double r = 1 + 0.35 * std::cos(v), x = r * std::cos(u), y = r * std::sin(u);
         double z = 0.35 * std::sin(v);
         return P(kOffset.x + x, kOffset.y + ct * y - st * z, kOffset.z + st * y + ct * z);
     };
@@ -49,21 +48,20 @@ inline void Torus(const Sink& out) {
 
 inline void Rotor(const Sink& out) {
     const double w = 0.15, beta = std::asin(w), x0 = std::sqrt(1 - w * w), t = 0.12;
-    std::vector<std::pair<double, double>> ring;
+    std::vector<P> ring;
     for (int q = 0; q < 4; ++q) {
         double a = (90.0 * q + 20.0) * M_PI / 180, ca = std::cos(a), sa = std::sin(a);
         const double blade[4][2] = {{x0, -w}, {2, -w}, {2, w}, {x0, w}};
-        for (const auto& b : blade) ring.push_back({ca * b[0] - sa * b[1], sa * b[0] + ca * b[1]});
+        for (const auto& b : blade)
+            ring.emplace_back(ca * b[0] - sa * b[1], sa * b[0] + ca * b[1], 0);
         double a0 = a + beta, a1 = a + M_PI / 2 - beta;
-        for (int s = 1; s < 256; ++s) {
-            double u = a0 + (a1 - a0) * s / 256;
-            ring.push_back({std::cos(u), std::sin(u)});
-        }
+        for (int s = 1; s < 256; ++s)
+            ring.emplace_back(std::cos(a0 + (a1 - a0) * s / 256),
+                              std::sin(a0 + (a1 - a0) * s / 256), 0);
     }
     const double zt = kOffset.z + 0.5 * t, zb = kOffset.z - 0.5 * t;
     auto at = [&](std::size_t i, double z) {
-        return P(kOffset.x + ring[i % ring.size()].first, kOffset.y + ring[i % ring.size()].second,
-                 z);
+        return P(kOffset.x + ring[i % ring.size()].x, kOffset.y + ring[i % ring.size()].y, z);
     };
     P ctop(kOffset.x, kOffset.y, zt), cbot(kOffset.x, kOffset.y, zb);
     for (std::size_t i = 0; i < ring.size(); ++i) {
@@ -79,10 +77,9 @@ inline std::vector<float> GradedAxis(double lo, double hi, double h, int n) {
     int core = std::min(n, std::max(4, int(std::lround((hi - lo) / h))));
     double step = (hi - lo) / core;
     int padLo = (n - core) / 2, padHi = n - core - padLo;
-    std::vector<double> low, out;
+    std::vector<double> out;
     double x = lo, w = step;
-    for (int c = 0; c < padLo; ++c) low.push_back(x -= (w *= 1.05));
-    for (auto it = low.rbegin(); it != low.rend(); ++it) out.push_back(*it);
+    for (int c = 0; c < padLo; ++c) out.insert(out.begin(), x -= (w *= 1.05));
     for (int c = 0; c < core; ++c) out.push_back(lo + step * c);
     out.push_back(hi);
     x = hi, w = step;

@@ -10,7 +10,7 @@
 #include "FEL_tetrahedral_mesh.h"
 
 namespace {
-struct Owned {
+struct Owned {  // the triangles made, freed at the end
     std::vector<Triangle*> t;
     ~Owned() {
         for (Triangle* p : t) delete p;

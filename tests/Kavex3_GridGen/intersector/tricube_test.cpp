@@ -37,22 +37,4 @@ TEST(TriangleCube, EachDecision) {
         EXPECT_EQ(Common(bevel_3d, c.t), c.bevel3dCommon) << c.what;
     }
 }
-
-TEST(TriangleCube, CheckLineInterpolatesFromTheSecondPointAndMasksItsOwnPlane) {
-    double in[3] = {0, 0, 0}, out[3] = {1, 0, 0}, high[3] = {1, 2, 0}, along[3] = {1, 1, 0};
-    EXPECT_EQ(check_point(out, in, 0.5, 0x3f), 0);  // (0.5, 0, 0)
-    EXPECT_EQ(check_point(out, in, 0.75, 0x3f), 0x01);
-    EXPECT_EQ(check_line(out, in, 0x01), 1);
-    EXPECT_EQ(check_line(high, in, 0x05), 1);    // x = 0.5 is met at y = 1; y = 0.5 at x = 0.25
-    EXPECT_EQ(check_line(high, in, 0x01), 0);    // only x = 0.5 flagged
-    EXPECT_EQ(check_line(out, along, 0x01), 0);  // parallel to x = 0.5 beyond it: alpha infinite
-}
-
-TEST(TriangleCube, PointInTriangleGoesByTheFirstNegativeComponent) {
-    _Triangle3 t = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
-    double inside[3] = {0.25, 0.25, 0}, outside[3] = {0.75, 0.75, 0}, above[3] = {0.2, 0.2, 0.1};
-    EXPECT_EQ(point_triangle_intersection(inside, t), 1);
-    EXPECT_EQ(point_triangle_intersection(outside, t), 0);
-    EXPECT_EQ(point_triangle_intersection(above, t), 0);  // beyond the box in z
-}
 }  // namespace
