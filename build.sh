@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # One-command set-up: installs what is missing (Debian), builds, and runs the example or the tests.
 #   ./build.sh example   build, run the bundled example project, then inspect its run
-#   ./build.sh test      build, then run every test with CTest
+#   ./build.sh test      build, then run every test with CTest but the slow ones (label "slow")
+#   ./build.sh slow      build, then run the slow tests only (CI runs them once)
 #   ./build.sh bench     build in Release, then run the benchmarks
-#   ./build.sh sanitize  build with ASan/UBSan, then run every test
+#   ./build.sh sanitize  build with ASan/UBSan, then run every test but the slow ones
 set -euo pipefail
 cd "$(dirname "$0")"
 what=${1:-test}
@@ -36,7 +37,11 @@ case "$what" in
     ;;
   test)
     build build
-    ctest --test-dir build --output-on-failure -j "$jobs"
+    ctest --test-dir build --output-on-failure -j "$jobs" -LE slow
+    ;;
+  slow)
+    build build
+    ctest --test-dir build --output-on-failure -L slow
     ;;
   bench)
     build build-release -DCMAKE_BUILD_TYPE=Release -DKAVEX_BUILD_TESTS=OFF
@@ -54,10 +59,10 @@ case "$what" in
     # Leaks are checked; tests/lsan.supp spares only the line generator's records, which live to
     # the end of the process by design.
     ASAN_OPTIONS=detect_leaks=1 LSAN_OPTIONS="suppressions=$PWD/tests/lsan.supp:print_suppressions=0" \
-        ctest --test-dir build-asan --output-on-failure -j "$jobs"
+        ctest --test-dir build-asan --output-on-failure -j "$jobs" -LE slow
     ;;
   *)
-    echo "usage: $0 example|test|bench|sanitize" >&2
+    echo "usage: $0 example|test|slow|bench|sanitize" >&2
     exit 2
     ;;
 esac

@@ -18,11 +18,11 @@
 #include "Daemonize.h"
 #include "FEL_exception.h"
 #include "FilePath.h"
-#include "LinkManager.h"
 #include "RemovePath.h"
 #include "driver/ConvertCuts.h"
 #include "driver/DriverGlobals.h"
 #include "driver/FinalOutput.h"
+#include "driver/ParentLink.h"
 #include "driver/ReadGridFile.h"
 #include "driver/Write.h"
 #include "driver/translate.h"
@@ -122,28 +122,6 @@ static void RunFullPath(char* programName, const std::string& strRunDir, RunFile
     g_gridCells.Release();
 }
 
-// Start-up steps after the banner that concern the parent link. Returns false when the run must
-// end with status -1, after the message.
-static bool StartLink() {
-    int intLinkId = -1;
-    // A "linkid" without a value, or one that isn't a number, counts as not given: no link.
-    if (!Dorva::CommandLine::GetArgument("linkid", intLinkId)) return true;
-    if (intLinkId < 0) {
-        std::cerr << "GRID GEN ERROR:  Valid linkID must be specified" << std::endl;
-        return false;
-    }
-    if (pthread_mutex_init(&g_mutex, nullptr) != 0) {
-        std::cerr << "GRID GEN ERROR:  Could not initialize mutex" << std::endl;
-        return false;
-    }
-    // This build has no shared-memory link support, so the manager can't open the shared region:
-    // the parent gets the region's failure rather than a run that silently ignores it.
-    std::cerr << "GRID GEN ERROR: Failed to start the link manager: "
-              << Dorva::LinkManager::GetResultString(Dorva::LinkManager::SHARED_MEMORY_OPEN_FAILED);
-    pthread_mutex_destroy(&g_mutex);
-    return false;
-}
-
 int GridGenMain(int argc, char** argv) {
     char buffer[300];
     strCWD = std::string(getcwd(buffer, sizeof buffer) != nullptr ? buffer : "") + "/";
@@ -208,5 +186,6 @@ int GridGenMain(int argc, char** argv) {
     }
 
     files.Remove();
+    EndLink(true);
     return 0;
 }

@@ -103,14 +103,15 @@ TEST(GridGenRun, LinkIdRules) {
     EXPECT_FALSE(PathExists(run / "temp.Grid"));
     EXPECT_FALSE(PathExists(run / "temp.SlvrRot"));
 
-    // A valid link number: the run can't reach its parent and says so rather than run unlinked.
+    // A valid number that holds no link. Links are taken lowest first, so the last one, 99, is
+    // free unless a hundred are in use in this user's region.
     arguments = run.Arguments();
-    arguments.insert(arguments.begin(), {"--linkid", "0x10"});
+    arguments.insert(arguments.begin(), {"--linkid", "0x63"});
     r = run.Run(arguments);
     EXPECT_EQ(r.status, 255);
     EXPECT_EQ(run.Log(".out"), kBanner);
-    EXPECT_EQ(run.Log(".err"),
-              "GRID GEN ERROR: Failed to start the link manager: Couldn't open shared memory");
+    EXPECT_EQ(run.Log(".err"), "GRID GEN ERROR: Failed to attach to Con link: Unallocated link ID");
+    EXPECT_FALSE(PathExists(run / "temp.Grid"));
 
     // Written apart, -1 is a parameter name; no value, or no number, means no link.
     for (const std::vector<std::string>& extra :

@@ -1,0 +1,153 @@
+// Tests of the link manager with real peer processes, each in a region of the test's own.
+#include "LinkManager.h"
+
+#include <gtest/gtest.h>
+#include <pwd.h>
+#include <sys/stat.h>
+
+#include <ctime>
+#include <memory>
+
+#include "LinkPeer.h"
+
+namespace {
+
+// The file's status; all zeros when it doesn't exist.
+struct stat StatusOf(const std::string& path) {
+    struct stat status = {};
+    stat(path.c_str(), &status);
+    return status;
+}
+
+}  // namespace
+
+// Each row is one process in a fresh region: "create" prints its result and the link number.
+TEST(LinkManager, ResultCodesOfOneProcess) {
+    std::vector<std::string> hundredAndOne = {"start"};
+    for (int i = 0; i < 101; ++i) hundredAndOne.insert(hundredAndOne.end(), {"create", "0", "0"});
+    std::string hundredAndOneOut = "1\n";
+    for (int i = 0; i < 100; ++i) hundredAndOneOut += "1 " + std::to_string(i) + "\n";
+    hundredAndOneOut += "12 99\n";  // the number out is left alone
+
+    const struct {
+        std::vector<std::string> commands;
+        std::string expected;
+    } cases[] = {
+        {{"start", "start"}, "1\n2\n"},
+        {{"start", "shutdown", "start"}, "1\ndown\n2\n"},
+        {{"create", "16", "0", "attach", "0", "16", "get", "0", "16", "detach", "0"},
+         "8 0\n8\n8\n8\n"},
+        // Data and key limits: 4096 bytes and 499 characters fit.
+        {{"start", "create", "4096", "499", "create", "4097", "0", "create", "0", "500", "create",
+          "0", "0"},
+         "1\n1 0\n9 0\n10 0\n1 1\n"},
+        {{"start",  "create", "16",     "3",      "attach", "0",   "16",     "key", "3",      "16",
+          "key",    "4",      "16",     "attach", "100",    "16",  "attach", "5",   "16",     "get",
+          "0",      "8",      "get",    "0",      "16",     "get", "5",      "16",  "detach", "5",
+          "detach", "100",    "detach", "0",      "get",    "0",   "16"},
+         "1\n1 0\n14\n14 0\n11 0\n13\n16\n17\n1\n15\n15\n13\n1\n15\n"},
+        {hundredAndOne, hundredAndOneOut},
+        // A parent's control record starts as zeros.
+        {{"start", "conparent", "report"}, "1\n1 0\n0 0 0 0\n"},
+    };
+    int row = 0;
+    for (const auto& c : cases) {
+        TestRegion region("codes" + std::to_string(row++));
+        EXPECT_EQ(RunPeer(region.Name(), c.commands), c.expected) << "row " << row;
+    }
+}
+
+// The owner's link holds 8 bytes: a control link (16 bytes) can't attach to it, nor to a free one.
+TEST(LinkManager, AttachingToAnotherProcesssLink) {
+    TestRegion region("attach");
+    LinkPeer owner(region.Name(), {"start", "create", "8", "2", "wait", "shutdown"});
+    ASSERT_EQ(owner.ReadLines(3), "1|1 0|waiting");
+    EXPECT_EQ(
+        RunPeer(region.Name(), {"start", "conattach", "1", "conattach", "0", "attach", "0", "4097",
+                                "key", "2", "8", "detach", "0", "attach", "0", "8", "shutdown"}),
+        "1\n16 4294967295\n17 4294967295\n9\n1 0\n1\n1\ndown\n");
+    owner.Go();
+    EXPECT_EQ(owner.ReadAll(), "go\ndown\n");
+    // Both detached: the block is free again.
+    EXPECT_EQ(RunPeer(region.Name(), {"start", "key", "2", "8"}), "1\n11 0\n");
+}
+
+// The layout is a contract with the front end: slot stamps, then 4,616-byte blocks from 400.
+TEST(LinkManager, RegionLayoutAndPermissions) {
+    TestRegion region("layout");
+    LinkPeer peer(region.Name(), {"start", "create", "16", "5", "wait", "shutdown"});
+    ASSERT_EQ(peer.ReadLines(3), "1|1 0|waiting");
+    const std::string shm = "/dev/shm/" + region.Name(), sem = "/dev/shm/sem." + region.Name();
+    EXPECT_EQ(StatusOf(shm).st_mode & 07777, 0600u);
+    EXPECT_EQ(StatusOf(sem).st_mode & 07777, 0600u);
+    EXPECT_EQ(StatusOf(shm).st_size, 462000);
+    {
+        RegionView view(region.Name());
+        EXPECT_NEAR(static_cast<double>(*view.Slot(0)), static_cast<double>(std::time(nullptr)),
+                    2.0);
+        EXPECT_EQ(*view.Slot(1), 0);
+        const unsigned char* block = view.Block(0);
+        // Attach count 1, then the size 16 as two little-endian bytes, then the key at 16.
+        EXPECT_EQ(std::string(reinterpret_cast<const char*>(block), 3), std::string("\1\20\0", 3));
+        EXPECT_EQ(std::string(reinterpret_cast<const char*>(block + 16)), "kkkkk");
+        EXPECT_EQ(view.Block(1)[0], 0);
+    }
+    peer.Go();
+    EXPECT_EQ(peer.ReadAll(), "go\ndown\n");
+    // Shutdown frees the slot and the block, and leaves both objects in place.
+    RegionView view(region.Name());
+    EXPECT_EQ(*view.Slot(0), 0);
+    EXPECT_EQ(view.Block(0)[0], 0);
+    EXPECT_NE(StatusOf(sem).st_mode, 0u);
+}
+
+// A process that ended without Shutdown leaves its slot and link. Stamps older than 30 s, or
+// more than 0.1 s in the future, are dead: the next Startup then clears the whole region.
+TEST(LinkManager, StartupClearsARegionOfStaleStamps) {
+    const struct {
+        std::int64_t shift;
+        const char* attach;
+    } cases[] = {{-100, "16"}, {100, "16"}, {0, "1"}};
+    for (const auto& c : cases) {
+        TestRegion region("stale" + std::to_string(c.shift + 100));
+        ASSERT_EQ(RunPeer(region.Name(), {"start", "create", "16", "5", "abandon"}),
+                  "1\n1 0\nabandoned\n");
+        if (c.shift != 0) {
+            RegionView view(region.Name());
+            *view.Slot(0) += c.shift;
+            *reinterpret_cast<std::int64_t*>(view.Block(0) + 8) += c.shift;  // the link's stamp
+        }
+        EXPECT_EQ(RunPeer(region.Name(), {"start", "attach", "0", "16", "count"}),
+                  "1\n" + std::string(c.attach) + "\n" + (c.shift != 0 ? "1" : "2") + "\n")
+            << c.shift;
+    }
+}
+
+TEST(LinkManager, FiftyManagersAndTheFiftyFirstIsRefused) {
+    TestRegion region("fifty");
+    std::vector<std::unique_ptr<LinkPeer>> peers;
+    for (int i = 0; i < 50; ++i) {
+        peers.emplace_back(new LinkPeer(region.Name(), {"start", "wait", "shutdown"}));
+    }
+    for (auto& peer : peers) ASSERT_EQ(peer->ReadLines(), "1");
+    EXPECT_EQ(RunPeer(region.Name(), {"start"}), "7\n");
+    for (auto& peer : peers) peer->Go();
+    for (auto& peer : peers) EXPECT_EQ(peer->ReadAll(), "waiting\ngo\ndown\n");
+    EXPECT_EQ(RunPeer(region.Name(), {"start", "count"}), "1\n1\n");
+}
+
+// The name holds the effective user's name, so two users never share a region.
+TEST(LinkManager, RegionNameFollowsTheEffectiveUser) {
+    const passwd* me = getpwuid(geteuid());
+    ASSERT_NE(me, nullptr);
+    EXPECT_EQ(Dorva::GetUsername(), me->pw_name);
+    EXPECT_EQ(RunPeer("-", {"name"}), "DorvaLM1_" + std::string(me->pw_name) + "\n");
+
+    if (geteuid() != 0 || getpwnam("nobody") == nullptr) GTEST_SKIP() << "needs root and 'nobody'";
+    FILE* other = popen("runuser -u nobody -- " KAVEX_LINK_PEER " - name", "r");
+    ASSERT_NE(other, nullptr);
+    char text[200] = {};
+    const size_t n = fread(text, 1, sizeof text - 1, other);
+    pclose(other);
+    EXPECT_EQ(std::string(text, n), "DorvaLM1_nobody\n");
+}
