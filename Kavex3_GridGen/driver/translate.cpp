@@ -3,11 +3,13 @@
 
 #include <array>
 #include <iostream>
+#include <limits>
 
 #include "FEL_cell.h"
 #include "FEL_matrix33.h"
 #include "FEL_transformed_mesh.h"
 #include "FilePath.h"
+#include "generator/gdcheck.h"
 
 std::string g_strBodyOutputDirectory;
 bool g_blnBodyWritersVerbose = false;
@@ -17,7 +19,12 @@ void TranslateToGlobal(std::vector<_BodyStruct>& bodies, FEL_vector3<float> conv
     std::ifstream in(Dorva::FilePath(directory + "//Lcl2Gbl.dat").Get().c_str());
     if (!in) return;
     FEL_vector3<float> t;
-    in >> t.x >> t.y >> t.z;
+    float* const parts[3] = {&t.x, &t.y, &t.z};
+    for (int a = 0; a < 3; ++a) {
+        // A translation that doesn't read as a number is refused like one out of range.
+        if (!(in >> *parts[a])) *parts[a] = std::numeric_limits<float>::quiet_NaN();
+        ck_coord(*parts[a], "Lcl2Gbl.dat", "%c translation", "XYZ"[a]);
+    }
     const FEL_matrix33<float> scale(FEL_vector3<float>(conversionFactor.x, 0, 0),
                                     FEL_vector3<float>(0, conversionFactor.y, 0),
                                     FEL_vector3<float>(0, 0, conversionFactor.z));
