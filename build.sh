@@ -33,7 +33,7 @@ case "$what" in
     build build
     examples/run.sh build/Kavex3_GridGen/Kavex3_GridGen
     # ParaView files, slice pictures and the body report of that run, in build/example-run_inspect
-    exec build/tools/Kavex3_Inspect/Kavex3_Inspect build/example-run build/example-run/block.Grid
+    exec build/tools/Kavex3_Inspect/Kavex3_Inspect build/example-run "$(ls build/example-run/*.Grid | head -n 1)"
     ;;
   test)
     build build
@@ -45,7 +45,14 @@ case "$what" in
     ;;
   bench)
     build build-release -DCMAKE_BUILD_TYPE=Release -DKAVEX_BUILD_TESTS=OFF
-    for b in build-release/bench/bench_*; do [ -x "$b" ] && "$b"; done
+    for b in build-release/bench/bench_*; do
+      [ "$(basename "$b")" = bench_worker ] && continue
+      [ -x "$b" ] && "$b"
+    done
+    sphere=${PEER_CASES:-../shared/peers/cases}/sphere1m.stl
+    if [ -f "$sphere" ]; then
+      build-release/bench/bench_worker build-release/Kavex3_GridGen/Kavex3_GridGen "$sphere"
+    fi
     ;;
   sanitize)
     build build-asan -DKAVEX_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug

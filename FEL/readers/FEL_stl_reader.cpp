@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <deque>
 #include <iostream>
 #include <map>
 #include <memory>
@@ -38,41 +37,43 @@ void EatString(std::ifstream& in, std::string token) {
 
 namespace {
 
-// The ASCII reader's view of the file: lines as getline gives them, and formatted reads between.
+// The ASCII reader's view of the file: what getline and formatted reads would see. A token never
+// spans a line end, so the first line from the position that holds it is where a search of the
+// rest of the file first finds it.
 struct line_reader {
     const char* p;
     const char* end;
     bool failed = false;
 
-    bool next_line(const char** line, const char** line_end) {
-        if (failed || p == end) return !(failed = true);
-        const char* nl = static_cast<const char*>(std::memchr(p, '\n', end - p));
-        *line = p;
-        *line_end = nl ? nl : end;
+    // Tokens are short and near: a scan for the first letter beats a general substring search.
+    const char* find(const char* token, std::size_t length) {
+        if (failed) return nullptr;
+        for (const char* s = p; std::size_t(end - s) >= length; ++s) {
+            s = static_cast<const char*>(
+                std::memchr(s, token[0], std::size_t(end - s) - length + 1));
+            if (!s) return nullptr;
+            if (std::memcmp(s + 1, token + 1, length - 1) == 0) return s;
+        }
+        return nullptr;
+    }
+    // Reads lines until one holds token, and stands at the start of the next; false when the file
+    // ends first.
+    bool skip_to_line_with(const char* token) {
+        const char* at = find(token, std::strlen(token));
+        if (!at) return !(failed = true);
+        const char* nl = static_cast<const char*>(std::memchr(at, '\n', end - at));
         p = nl ? nl + 1 : end;
         return true;
     }
-    static const char* find(const char* b, const char* e, const char* token) {
-        const char* at = std::search(b, e, token, token + std::strlen(token));
-        return at == e ? nullptr : at;
-    }
-    // Reads lines until one holds token; false when the file ends first.
-    bool skip_to_line_with(const char* token) {
-        const char *b, *e;
-        while (next_line(&b, &e))
-            if (find(b, e, token)) return true;
-        return false;
-    }
     // Leaves the position just behind the next token, as EatString does on a stream.
     void eat(const char* token) {
-        const char *b, *e;
-        while (next_line(&b, &e)) {
-            if (const char* at = find(b, e, token)) {
-                p = at + std::strlen(token);
-                return;
-            }
+        const std::size_t length = std::strlen(token);
+        const char* at = find(token, length);
+        if (!at) {
+            failed = true;
+            throw FEL_unexpected_eof_error(__FILE__, eat_string_eof_line);
         }
-        throw FEL_unexpected_eof_error(__FILE__, eat_string_eof_line);
+        p = at + length;
     }
     void read_float(float* v) {
         if (!failed && !FEL_extract_float(p, end, v)) failed = true;
@@ -153,26 +154,85 @@ void FEL_stl_read_mesh_binary(std::string path, std::vector<_FEL_triangle>& tria
     }
 }
 
-FEL_pointer<FEL_mesh> FEL_stl_read_mesh(std::string path, unsigned binary) {
-    g_blnUseClose = false;
-    FEL_set_file_read_progress(0.0f);
-    std::vector<_FEL_triangle> list;
-    if (binary == 1)
-        FEL_stl_read_mesh_binary(path, list);
-    else
-        FEL_stl_read_mesh_ascii(path, list);
-    FEL_set_file_read_progress(0.2f);
-    const int n_triangles = static_cast<int>(list.size());
+namespace {
 
+bool has_nan(const std::vector<_FEL_triangle>& list) {
+    for (const _FEL_triangle& t : list)
+        for (const FEL_vector3<float>& v : t.vertex)
+            if (v.x != v.x || v.y != v.y || v.z != v.z) return true;
+    return false;
+}
+
+// The vertex order of the merge: x, then y, then z, as floats compare (0.0 equals -0.0).
+inline bool vertex_less(const FEL_vector3<float>& a, const FEL_vector3<float>& b) {
+    if (a.x != b.x) return a.x < b.x;
+    if (a.y != b.y) return a.y < b.y;
+    return a.z < b.z;
+}
+
+inline std::uint64_t vertex_hash(const FEL_vector3<float>& v) {
+    // -0.0 and 0.0 are one vertex: hash them alike.
+    const float c[3] = {v.x + 0.0f, v.y + 0.0f, v.z + 0.0f};
+    std::uint32_t bits[3];
+    std::memcpy(bits, c, sizeof bits);
+    std::uint64_t h = (std::uint64_t(bits[0]) << 32 | bits[1]) * 0x9E3779B97F4A7C15ull;
+    h ^= (h >> 29) + std::uint64_t(bits[2]) * 0xC2B2AE3D27D4EB4Full;
+    return h ^ (h >> 32);
+}
+
+// Numbers the distinct vertices of the list in vertex order; each keeps the first of its equals
+// in the file. Corners of the triangles get the numbers. Without a coordinate that is not a number.
+void merge_vertices(const std::vector<_FEL_triangle>& list, std::vector<FEL_vector3<float>>& out,
+                    FEL_vector3<int>* triangles) {
+    const std::size_t corners = 3 * list.size();
+    std::size_t slots = 16;
+    while (slots < 2 * corners) slots *= 2;
+    std::vector<std::int32_t> table(slots, -1);  // distinct vertex number, in file order
+    std::vector<std::int32_t> number(corners);
+    std::vector<FEL_vector3<float>> distinct;
+    for (std::size_t c = 0; c < corners; ++c) {
+        const FEL_vector3<float>& v = list[c / 3].vertex[c % 3];
+        std::size_t at = vertex_hash(v) & (slots - 1);
+        while (true) {
+            const std::int32_t d = table[at];
+            if (d < 0) {
+                table[at] = std::int32_t(distinct.size());
+                number[c] = std::int32_t(distinct.size());
+                distinct.push_back(v);
+                break;
+            }
+            const FEL_vector3<float>& e = distinct[d];
+            if (e.x == v.x && e.y == v.y && e.z == v.z) {
+                number[c] = d;
+                break;
+            }
+            at = (at + 1) & (slots - 1);
+        }
+    }
+    std::vector<std::int32_t> order(distinct.size());
+    for (std::size_t d = 0; d < order.size(); ++d) order[d] = std::int32_t(d);
+    std::sort(order.begin(), order.end(), [&](std::int32_t a, std::int32_t b) {
+        return vertex_less(distinct[a], distinct[b]);
+    });
+    std::vector<std::int32_t> rank(distinct.size());
+    out.resize(distinct.size());
+    for (std::size_t r = 0; r < order.size(); ++r) {
+        rank[order[r]] = std::int32_t(r);
+        out[r] = distinct[order[r]];
+    }
+    for (std::size_t c = 0; c < corners; ++c) triangles[c / 3][int(c % 3)] = rank[number[c]];
+}
+
+// The map of the original merge, kept for files with coordinates that are not numbers, whose
+// order it alone defines.
+void merge_vertices_by_map(const std::vector<_FEL_triangle>& list,
+                           std::vector<FEL_vector3<float>>& out, FEL_vector3<int>* triangles) {
     std::map<FEL_vector3<float>, int> vertex_map;
     for (const _FEL_triangle& t : list)
         for (const FEL_vector3<float>& v : t.vertex) vertex_map.emplace(v, -1);
-    FEL_set_file_read_progress(0.3f);
     int n_vertices = 0;
     for (auto& entry : vertex_map) entry.second = n_vertices++;
-
-    auto* triangles = new FEL_vector3<int>[n_triangles];
-    for (int t = 0; t < n_triangles; ++t) {
+    for (std::size_t t = 0; t < list.size(); ++t) {
         for (int c = 0; c < 3; ++c) {
             const FEL_vector3<float>& v = list[t].vertex[c];
             auto found = vertex_map.find(v);
@@ -191,54 +251,81 @@ FEL_pointer<FEL_mesh> FEL_stl_read_mesh(std::string path, unsigned binary) {
             }
         }
     }
-    FEL_set_file_read_progress(0.5f);
+    out.resize(n_vertices);
+    for (const auto& entry : vertex_map) out[entry.second] = entry.first;
+}
 
-    auto* vertices = new FEL_vector3<float>[n_vertices];
-    auto* zones = new int[n_triangles];
-    std::fill(zones, zones + n_triangles, -1);
-    for (const auto& entry : vertex_map) vertices[entry.second] = entry.first;
-    std::vector<_FEL_triangle>().swap(list);
-    vertex_map.clear();
+int find_root(std::vector<int>& parent, int t) {
+    while (parent[t] != t) t = parent[t] = parent[parent[t]];
+    return t;
+}
 
-    // The edge map as a sorted array: for each edge, its triangles in ascending order.
-    std::vector<std::pair<FEL_stl_edge, int>> edges;
-    edges.reserve(3 * std::size_t(n_triangles));
+// Zone of each triangle: its part connected through shared edges, numbered in the order of each
+// part's first triangle.
+int edge_zones(int n_triangles, int n_vertices, const FEL_vector3<int>* triangles, int* zones) {
+    // Edges bucketed by their smaller vertex, each bucket sorted by the larger one.
+    std::vector<std::uint32_t> start(std::size_t(n_vertices) + 1, 0);
     for (int t = 0; t < n_triangles; ++t)
         for (int c = 0; c < 3; ++c)
-            edges.emplace_back(FEL_stl_edge(triangles[t][c], triangles[t][(c + 1) % 3]), t);
-    std::sort(edges.begin(), edges.end(), [](const auto& a, const auto& b) {
-        return a.first < b.first || (a.first == b.first && a.second < b.second);
-    });
-    FEL_set_file_read_progress(0.6f);
-
-    auto edge_less = [](const std::pair<FEL_stl_edge, int>& e, const FEL_stl_edge& key) {
-        return e.first < key;
-    };
-    int zone = 0;
-    std::deque<int> stack;
-    for (int first = 0; first < n_triangles; ++first) {
-        if (zones[first] != -1) continue;
-        stack.push_back(first);
-        while (!stack.empty()) {
-            const int t = stack.back();
-            stack.pop_back();
-            if (zones[t] >= 0) continue;
-            for (int c = 0; c < 3; ++c) {
-                const FEL_stl_edge key(triangles[t][c], triangles[t][(c + 1) % 3]);
-                auto at = std::lower_bound(edges.begin(), edges.end(), key, edge_less);
-                if (at == edges.end() || at->first != key) {
-                    std::cerr << "Failed to find edge!!" << std::endl;
-                    delete[] triangles;
-                    delete[] vertices;
-                    delete[] zones;
-                    return FEL_pointer<FEL_mesh>();
-                }
-                for (; at != edges.end() && at->first == key; ++at) stack.push_back(at->second);
-            }
-            zones[t] = zone;
+            ++start[std::size_t(FEL_stl_edge(triangles[t][c], triangles[t][(c + 1) % 3]).First()) +
+                    1];
+    for (int v = 0; v < n_vertices; ++v) start[v + 1] += start[v];
+    std::vector<std::pair<int, int>> edges(3 *
+                                           std::size_t(n_triangles));  // larger vertex, triangle
+    std::vector<std::uint32_t> fill(start.begin(), start.end() - 1);
+    for (int t = 0; t < n_triangles; ++t)
+        for (int c = 0; c < 3; ++c) {
+            const FEL_stl_edge e(triangles[t][c], triangles[t][(c + 1) % 3]);
+            edges[fill[e.First()]++] = {e.Second(), t};
         }
-        ++zone;
+    std::vector<int> parent(n_triangles);
+    for (int t = 0; t < n_triangles; ++t) parent[t] = t;
+    for (int v = 0; v < n_vertices; ++v) {
+        auto* b = edges.data() + start[v];
+        auto* e = edges.data() + start[v + 1];
+        std::sort(b, e, [](const auto& x, const auto& y) { return x.first < y.first; });
+        for (auto* x = b + 1; x < e; ++x) {
+            if (x->first != (x - 1)->first) continue;
+            const int r1 = find_root(parent, x->second), r2 = find_root(parent, (x - 1)->second);
+            if (r1 != r2) parent[std::max(r1, r2)] = std::min(r1, r2);
+        }
     }
+    int zone = 0;
+    for (int t = 0; t < n_triangles; ++t) {
+        const int root = find_root(parent, t);
+        zones[t] = root == t ? zone++ : zones[root];
+    }
+    return zone;
+}
+
+}  // namespace
+
+FEL_pointer<FEL_mesh> FEL_stl_read_mesh(std::string path, unsigned binary) {
+    g_blnUseClose = false;
+    FEL_set_file_read_progress(0.0f);
+    std::vector<_FEL_triangle> list;
+    if (binary == 1)
+        FEL_stl_read_mesh_binary(path, list);
+    else
+        FEL_stl_read_mesh_ascii(path, list);
+    FEL_set_file_read_progress(0.2f);
+    const int n_triangles = static_cast<int>(list.size());
+    auto* triangles = new FEL_vector3<int>[n_triangles];
+    std::vector<FEL_vector3<float>> merged;
+    if (has_nan(list))
+        merge_vertices_by_map(list, merged, triangles);
+    else
+        merge_vertices(list, merged, triangles);
+    FEL_set_file_read_progress(0.3f);
+    FEL_set_file_read_progress(0.5f);
+    std::vector<_FEL_triangle>().swap(list);
+    const int n_vertices = static_cast<int>(merged.size());
+    auto* vertices = new FEL_vector3<float>[n_vertices];
+    std::copy(merged.begin(), merged.end(), vertices);
+    std::vector<FEL_vector3<float>>().swap(merged);
+    auto* zones = new int[n_triangles];
+    FEL_set_file_read_progress(0.6f);
+    const int zone = edge_zones(n_triangles, n_vertices, triangles, zones);
     FEL_set_file_read_progress(0.9f);
     if (FEL_reader_verbose) {
         std::cerr << "Found " << zone << " zones in this STL file," << std::endl;

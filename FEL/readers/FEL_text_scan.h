@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 // A whole file, mapped read-only. ok() is false if it will not open; an empty file is ok and empty.
@@ -51,6 +52,31 @@ inline bool FEL_scan_plain_float(const char*& p, const char* end, float* value) 
     if (q != end && *q == '+') ++q;
     const char* digits = q != end && *q == '-' && q == p ? q + 1 : q;
     if (digits == end || !((*digits >= '0' && *digits <= '9') || *digits == '.')) return false;
+    // At most 9 digits worth less than 2^24 and at most 10 decimals: the quotient of two exact
+    // floats, which IEEE division rounds correctly, as from_chars does.
+    std::uint32_t mantissa = 0;
+    int n_digits = 0, decimals = -1;
+    const char* s = digits;
+    for (; s != end && n_digits <= 9; ++s) {
+        if (*s >= '0' && *s <= '9') {
+            mantissa = mantissa * 10 + std::uint32_t(*s - '0');
+            ++n_digits;
+            if (decimals >= 0) ++decimals;
+        } else if (*s == '.' && decimals < 0) {
+            decimals = 0;
+        } else {
+            break;
+        }
+    }
+    if (n_digits >= 1 && n_digits <= 9 && mantissa < (1u << 24) && decimals <= 10 &&
+        (s == end || FEL_is_space(*s))) {
+        static constexpr float kPowers[11] = {1e0f, 1e1f, 1e2f, 1e3f, 1e4f, 1e5f,
+                                              1e6f, 1e7f, 1e8f, 1e9f, 1e10f};
+        const float v = decimals > 0 ? float(mantissa) / kPowers[decimals] : float(mantissa);
+        *value = digits != q ? -v : v;
+        p = s;
+        return true;
+    }
     auto r = std::from_chars(q, end, *value, std::chars_format::general);
     if (r.ec != std::errc() || (r.ptr != end && !FEL_is_space(*r.ptr))) return false;
     p = r.ptr;

@@ -7,7 +7,7 @@
 #include "FEL_mesh.h"
 #include "FEL_pointer.h"
 #include "FEL_vector3.h"
-#include "driver/BodyStruct.h"
+#include "intersector/BodyStruct.h"
 
 // True when no body is a surface (STL or Plot3D); an empty list counts as all cut bodies.
 bool all_bodies_are_cut_files(std::vector<_BodyStruct> bodies);

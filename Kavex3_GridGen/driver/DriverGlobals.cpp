@@ -1,7 +1,6 @@
 // Process-wide state of the run driver.
 #include "driver/DriverGlobals.h"
 
-bool g_blnDebug = false;
 pthread_mutex_t g_mutex;
 std::string strCWD;
 std::string g_strTempDir;

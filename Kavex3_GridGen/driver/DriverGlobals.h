@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-// Debug switch of the later stages; set from the project's "Debug Level" line.
+// Debug switch of the later stages; set from the project's "Debug Level" line. Defined by the
+// intersector, which reads it.
 extern bool g_blnDebug;
 // Guards the stop check's look at the parent link.
 extern pthread_mutex_t g_mutex;

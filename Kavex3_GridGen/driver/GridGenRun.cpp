@@ -3,6 +3,9 @@
 
 #include <unistd.h>
 
+#include <cxxabi.h>
+
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -13,12 +16,19 @@
 
 #include "CommandLine.h"
 #include "Daemonize.h"
+#include "FEL_exception.h"
 #include "FilePath.h"
 #include "RemovePath.h"
 #include "driver/ConvertCuts.h"
 #include "driver/DriverGlobals.h"
+#include "driver/FinalOutput.h"
 #include "driver/ParentLink.h"
 #include "driver/ReadGridFile.h"
+#include "driver/Write.h"
+#include "driver/translate.h"
+#include "intersector/Classify.h"
+#include "intersector/Intersector.h"
+#include "readers/FEL_reader.h"
 
 void CopyRotorFile(const std::string& from, const std::string& to) {
     std::ifstream source(from.c_str(), std::ios::binary);
@@ -42,6 +52,75 @@ struct RunFiles {
         Dorva::RemovePath(strGrid);
     }
 };
+
+// An exception that nobody catches ends the run as the runtime does, with its words on the error
+// log; the mesh library's exceptions are not standard ones, so their text is added here the way
+// the runtime adds the text of a standard exception.
+[[noreturn]] static void TerminateWithText() {
+    std::type_info* type = abi::__cxa_current_exception_type();
+    if (type == nullptr) {
+        std::fputs("terminate called without an active exception\n", stderr);
+        std::abort();
+    }
+    int status = 0;
+    char* name = abi::__cxa_demangle(type->name(), nullptr, nullptr, &status);
+    std::fprintf(stderr, "terminate called after throwing an instance of '%s'\n",
+                 status == 0 && name ? name : type->name());
+    std::free(name);
+    try {
+        throw;
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "  what():  %s\n", e.what());
+    } catch (const FEL_exception& e) {
+        std::fprintf(stderr, "  what():  %s\n", e.what().c_str());
+    } catch (...) {
+    }
+    std::abort();
+}
+
+// The full path, for a project with surface bodies: stages 2 to 11.
+static void RunFullPath(char* programName, const std::string& strRunDir, RunFiles& files,
+                        std::vector<_BodyStruct>& bodies, FEL_vector3<float> conversionFactor,
+                        const std::string& strSolverInputFile) {
+    const std::string strGridFile = strRunDir + "//KX3.grid.dat";
+    std::cout << "Reading bodies..." << std::endl;
+    ReadBodies(bodies);
+    std::cout << "Writing bounding boxes..." << std::endl;
+    WriteOutBoundingBoxes(bodies);
+    // A project that mixes cut bodies with surface bodies keeps the generator's cells for its cut
+    // bodies; the surface bodies' cells come from the intersection alone.
+    const bool blnMixed = !std::all_of(
+        bodies.begin(), bodies.end(), [](const _BodyStruct& b) { return b.eBodyType > BODY_ZCUT; });
+    if (blnMixed) HideSurfaceBodiesFromMarking(files.strGrid, bodies);
+
+    std::cout << "Begin Grid Generation..." << std::endl;
+    GridOffsets offsets;
+    all_cuts_grid_generation(programName, files.strGrid, strRunDir, false, &offsets.dblX,
+                             &offsets.dblY, &offsets.dblZ);
+    std::cout << "Reading KX3.grid.dat..." << std::endl;
+    unsigned intFlags = 0;
+    FEL_pointer<FEL_mesh> grid = FEL_read_mesh(strGridFile, intFlags, -1);
+    std::cout << "Translate bodies..." << std::endl;
+    TranslateToGlobal(bodies, conversionFactor, strRunDir);
+    std::cout << "Writing translated bodies..." << std::endl;
+
+    std::cout << "Intersecting bodies with the grid..." << std::endl;
+    std::vector<_BodyStruct> surfaces;
+    for (const _BodyStruct& body : bodies)
+        if (body.eBodyType > BODY_ZCUT) surfaces.push_back(body);
+    IntersectGrid(grid, surfaces, strRunDir);
+    std::cout << "Calculating body cells..." << std::endl;
+    ClassifyCells(grid);
+
+    // A project that names no solver input file gets the generator's default one, which is the
+    // file that the generator wrote and that the blocked cells belong in.
+    const std::string strSolverFile =
+        strSolverInputFile.empty() ? std::string("SolverGdInp.dat") : strSolverInputFile;
+    std::vector<FEL_vector3<int>> generatorCells;
+    if (blnMixed) generatorCells = ReadSolverBodyCells(strSolverFile);
+    WriteFinalOutput(strSolverFile, strGridFile, grid, offsets, generatorCells);
+    g_gridCells.Release();
+}
 
 int GridGenMain(int argc, char** argv) {
     char buffer[300];
@@ -67,6 +146,7 @@ int GridGenMain(int argc, char** argv) {
     // Reopening made the error log buffered; unbuffered, it keeps the runtime's last words when an
     // uncaught exception from a later stage aborts the run.
     std::setvbuf(stderr, nullptr, _IONBF, 0);
+    std::set_terminate(TerminateWithText);
     std::cout << "Vantor Version "
               << "0.9.15 (Beta)"
               << " Build "
@@ -102,18 +182,7 @@ int GridGenMain(int argc, char** argv) {
         std::cout << "Begin Grid Generation..." << std::endl;
         all_cuts_grid_generation(argv[0], files.strGrid, strRunDir, true, &a, &b, &c);
     } else {
-        std::cout << "Reading bodies..." << std::endl;
-        // An unreadable body throws out of here and ends the process.
-        ReadBodies(bodies);
-        // The stages after this one (bounding boxes, the grid's read-back, intersection and
-        // classification, the final output) are not in this build: say so rather than end with a
-        // grid that ignores the surfaces.
-        std::cerr << "GRID GEN ERROR:  surface bodies were read, but this build can't yet "
-                     "intersect them with the grid"
-                  << std::endl;
-        files.Remove();
-        EndLink(false);
-        return -1;
+        RunFullPath(argv[0], strRunDir, files, bodies, conversionFactor, strSolverInputFile);
     }
 
     files.Remove();

@@ -3,8 +3,9 @@
 
 #include <string>
 
-// The whole run of the program; the result is the exit status: 0, or -1 on a start-up failure
-// and for a project with surface bodies, whose run this build can't yet finish.
+// The whole run of the program; the result is the exit status: 0, or -1 on a start-up failure.
+// An exception out of a stage ends the process through the runtime (status 134), its text on the
+// error log.
 // Command line: -Grid project -SlvrRot rotorFile -pth runDirectory [-linkid n].
 int GridGenMain(int argc, char** argv);
 

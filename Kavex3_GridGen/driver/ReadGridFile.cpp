@@ -5,6 +5,7 @@
 
 #include "FilePath.h"
 #include "driver/DriverGlobals.h"
+#include "generator/gdcheck.h"
 #include "readers/FEL_reader.h"
 
 static bool Holds(const std::string& line, const char* text) {
@@ -22,13 +23,18 @@ static BodyType KindOfTypeLine(const std::string& line) {
 
 // Tests one project line for the driver's keywords, first hit winning; returns the body kind a
 // "type:" line opens (BODY_NONE for any other line) and edits the line when it must be rewritten.
-static BodyType TakeProjectLine(std::string& line, std::string& solverInputFile,
+static BodyType TakeProjectLine(const std::string& gridFile, std::string& line,
+                                std::string& solverInputFile,
                                 FEL_vector3<float>& conversionFactor) {
     if (Holds(line, "Conversion Factor:")) {
         const std::string::size_type bracket = line.find('(');
         if (bracket != std::string::npos) {
-            std::sscanf(line.c_str() + bracket + 1, "%f, %f, %f", &conversionFactor.x,
-                        &conversionFactor.y, &conversionFactor.z);
+            float* factor[3] = {&conversionFactor.x, &conversionFactor.y, &conversionFactor.z};
+            const int intScanned = std::sscanf(line.c_str() + bracket + 1, "%f, %f, %f", factor[0],
+                                               factor[1], factor[2]);
+            // A factor beyond the range of a float scans as infinity.
+            for (int i = 0; i < intScanned; ++i)
+                ck_coord(*factor[i], gridFile.c_str(), "Conversion Factor %c", "XYZ"[i]);
         }
     } else if (Holds(line, "Solver Input File:")) {
         // The keyword's colon comes before any drive colon. Nothing behind it gives an empty path.
@@ -55,7 +61,7 @@ bool ReadGridFile(std::string gridFile, std::string& solverInputFile, std::ofstr
     std::string line;
     std::getline(project, line);
     while (!project.fail() && !project.bad()) {
-        const BodyType kind = TakeProjectLine(line, solverInputFile, conversionFactor);
+        const BodyType kind = TakeProjectLine(gridFile, line, solverInputFile, conversionFactor);
         tempGrid << line << std::endl;
 
         std::getline(project, line);

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "FEL_vector3.h"
-#include "driver/BodyStruct.h"
+#include "intersector/BodyStruct.h"
 
 // Copies gridFile line by line to tempGrid (each line flushed, since the generator reads that file
 // while it is open), rewriting every body's type line to X cut planes and its points line to the

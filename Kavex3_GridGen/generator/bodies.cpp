@@ -1,9 +1,11 @@
 // The line generator's bodies: the body table, cut-points files, boxes, scaling and translation.
 #include "generator/bodies.h"
 
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 
+#include "generator/gdcheck.h"
 #include "generator/gdutil.h"
 
 static const char* orEmpty(const char* s) {
@@ -44,9 +46,16 @@ Rotor* init_rotor(Rotor* rotor) {
 }
 
 void read_body_cuts_pts(Body* body, FILE* stream) {
-    int nCuts, nPts;
-    if (std::fscanf(skpcmt(stream), " %d %d", &nCuts, &nPts) != 2 || nCuts < 0 || nPts < 0)
+    long long counts[2];
+    if (!rd_int(skpcmt(stream), &counts[0]) || !rd_int(stream, &counts[1]) || counts[0] < 0 ||
+        counts[1] < 0)
         unreadable(body);
+    const char* file = body->pointsFile;
+    ck_range(counts[0], 0, INT_MAX, file, "number of cuts");
+    ck_range(counts[1], 0, INT_MAX, file, "points of each cut");
+    ck_fits_in_file(stream, counts[0], 1 + 2 * counts[1], file, "number of cuts of %lld points",
+                    counts[1]);
+    const int nCuts = static_cast<int>(counts[0]), nPts = static_cast<int>(counts[1]);
     BodyCut* cuts = static_cast<BodyCut*>(std::calloc(nCuts ? nCuts : 1, sizeof(BodyCut)));
     if (!cuts) perrorNexit("calloc");
     body->cuts = cuts;
@@ -54,12 +63,15 @@ void read_body_cuts_pts(Body* body, FILE* stream) {
     for (int c = 0; c < nCuts; ++c) {
         BodyCut& cut = cuts[c];
         if (std::fscanf(skpcmt(stream), " %lf", &cut.posn) != 1) unreadable(body);
+        ck_coord(cut.posn, file, "cut %d position", c + 1);
         cut.pts = static_cast<double(*)[2]>(std::calloc(nPts ? nPts : 1, sizeof *cut.pts));
         if (!cut.pts) perrorNexit("calloc");
         cut.nPts = nPts;
         for (int i = 0; i < nPts; ++i) {
             double* p = cut.pts[i];
             if (std::fscanf(skpcmt(stream), " %lf %lf", &p[0], &p[1]) != 2) unreadable(body);
+            ck_coord(p[0], file, "cut %d point %d, first coordinate", c + 1, i + 1);
+            ck_coord(p[1], file, "cut %d point %d, second coordinate", c + 1, i + 1);
             if (p[0] < cut.pts[cut.minQ1][0])
                 cut.minQ1 = i;
             else if (p[0] > cut.pts[cut.maxQ1][0])
@@ -117,10 +129,11 @@ void scale_origBdypts(Body* body, const double factors[3]) {
     }
 }
 
-static void set_bdy_box(Body* b) {
+// Returns whether the body's data gave it a box.
+static bool set_bdy_box(Body* b) {
     if (is_cut_planes_type(b->type)) {
         // A body without cuts (no points file) keeps its box as it is.
-        if (b->nCuts < 1 || b->cuts[0].nPts < 1) return;
+        if (b->nCuts < 1 || b->cuts[0].nPts < 1) return false;
         double pMin = b->cuts[0].posn, pMax = pMin;
         double q1Min = b->cuts[0].pts[0][0], q1Max = q1Min;
         double q2Min = b->cuts[0].pts[0][1], q2Max = q2Min;
@@ -141,13 +154,17 @@ static void set_bdy_box(Body* b) {
         b->bdyMax[a1] = q1Max;
         b->bdyMin[a2] = q2Min;
         b->bdyMax[a2] = q2Max;
-    } else if (b->type == BDY_CUBOID && b->cuboid) {
+        return true;
+    }
+    if (b->type == BDY_CUBOID && b->cuboid) {
         for (int a = 0; a < 3; ++a) {
             const double p = b->cuboid[a], q = b->cuboid[3 + a];
             b->bdyMin[a] = p < q ? p : q;
             b->bdyMax[a] = p < q ? q : p;
         }
-    } else if (is_rotor_type(b->type) && b->rotor) {
+        return true;
+    }
+    if (is_rotor_type(b->type) && b->rotor) {
         const Rotor& r = *b->rotor;
         const double h = r.isAbsThickness ? r.thickness : r.radius * r.thickness;
         for (int a = 0; a < 3; ++a) {
@@ -155,7 +172,9 @@ static void set_bdy_box(Body* b) {
             b->bdyMin[a] = r.center[a] - d;
             b->bdyMax[a] = r.center[a] + d;
         }
+        return true;
     }
+    return false;
 }
 
 void bodies_lex_input_done() {
@@ -171,7 +190,11 @@ void bodies_lex_input_done() {
         }
         tr_origBdypts_if_needed(b);
         if (scale) scale_origBdypts(b, f);
-        set_bdy_box(b);
+        // Scaling, or a rotor value left unset, can carry the box out of range.
+        if (set_bdy_box(b))
+            for (int a = 0; a < 6; ++a)
+                ck_coord(a < 3 ? b->bdyMin[a] : b->bdyMax[a - 3], gd_options.specFile,
+                         "extent of body '%s' on %c", orEmpty(b->name), "XYZ"[a % 3]);
         if (b->fullSpanUsedInSolver == -1) b->fullSpanUsedInSolver = b->usedInSolver;
     }
     numOrigBdys = numBdys;

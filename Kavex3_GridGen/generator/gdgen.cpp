@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "generator/gdcheck.h"
 #include "generator/gdutil.h"
 
 namespace {
@@ -49,6 +50,8 @@ double graded_cells_in_piece(const BdyGdspc& s, double lo, double hi) {
     if (n < 1) return 0.0;
     double* w = static_cast<double*>(std::malloc(n * sizeof(double)));
     const double sum = graded_weights(w, n, 1.0, s.gp_ratio);
+    ck_graded_sum(sum, s.gp_ratio, n, gd_options.specFile, "GP Ratio of a spec from %g to %g",
+                  s.from, s.to);
     const double first = n == 1 ? s.to - s.from : (s.to - s.from) / sum;
     double pos = s.from;
     int i = 0;
@@ -223,6 +226,8 @@ int fill_pieces(const BdyGdspc* pieces, int nPieces, double* result) {
         } else {
             double* w = static_cast<double*>(std::malloc(n * sizeof(double)));
             const double sum = graded_weights(w, n, 1.0, c.gp_ratio);
+            ck_graded_sum(sum, c.gp_ratio, n, gd_options.specFile, "GP Ratio from %g to %g", c.from,
+                          c.to);
             for (int k = 0; k <= n - 2; ++k) {
                 x = x + w[k] * (d / sum);
                 result[p++] = x;
@@ -297,6 +302,7 @@ void gen_line_grid(GridLine* line) {
     nPieces = merge_very_small_pieces(pieces, nPieces);
     if (debug_above(9)) dbgpr_gdspcs("Grid Specs after merging very small gds.:", pieces, nPieces);
 
+    ck_line_cells(line, pieces, nPieces);
     int size = 0;
     for (int i = 0; i < nPieces; ++i) size += 2 + static_cast<int>(pieces[i].nGds);
     if (line->hasSymm) size *= 2;

@@ -8,6 +8,7 @@
 #include "generator/bodycells.h"
 #include "generator/bodymark.h"
 #include "generator/fullspan.h"
+#include "generator/gdcheck.h"
 #include "generator/gdgen.h"
 #include "generator/gdrecords.h"
 #include "generator/gdsolverfiles.h"
@@ -52,6 +53,7 @@ void set_final_gdpts(double t[3], int16_t shift[3]) {
         const GridLine& line = *lines[a];
         const int nB = bef.nWidths, nG = line.nGdpts, nA = aft.nWidths;
         const int n = nB + nG + nA + 2;
+        ck_axis_cells(a, n - 1);
         double* p = static_cast<double*>(std::calloc(n, sizeof(double)));
         if (!p) perrorNexit("calloc");
         p[0] = p[1] = gd_options.gridStart[a];
@@ -65,6 +67,7 @@ void set_final_gdpts(double t[3], int16_t shift[3]) {
         finalgdpts[a] = p;
         shift[a] = static_cast<int16_t>(nB + 1);
     }
+    ck_grid_points(Nfinalgdpts);
 }
 
 int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX, double* outY,
@@ -79,6 +82,7 @@ int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX
     manage_gridgen_input(argv[1]);
     genXYZgdsFromSpecs(&Xgdln, &Ygdln, &Zgdln);
     full_span_grids_and_bodies();
+    ck_lines_size();
     if (gd_options.gridPtsFile) wr_grid_pts_file(gd_options.gridPtsFile);
     mark_all_body_cells();
     FILE* dbg = gd_options.debugStream;

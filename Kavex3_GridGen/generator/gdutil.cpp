@@ -5,6 +5,13 @@
 #include <cstdlib>
 #include <cstring>
 
+void (*gd_exit_hook)(int status) = nullptr;
+
+[[noreturn]] static void end_run(int status) {
+    if (gd_exit_hook) gd_exit_hook(status);
+    std::exit(status);
+}
+
 void printfErrNexit(const char* format, ...) {
     std::fflush(stdout);
     std::fputs("\nError: ", stderr);
@@ -13,13 +20,13 @@ void printfErrNexit(const char* format, ...) {
     std::vfprintf(stderr, format, args);
     va_end(args);
     std::fputc('\n', stderr);
-    std::exit(1);
+    end_run(1);
 }
 
 void perrorNexit(const char* text) {
     std::fflush(stdout);
     std::perror(text);
-    std::exit(1);
+    end_run(1);
 }
 
 FILE* skpcmt(FILE* stream) {

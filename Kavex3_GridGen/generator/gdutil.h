@@ -3,6 +3,10 @@
 
 #include <cstdio>
 
+// When set, printfErrNexit and perrorNexit call it with the status instead of ending the process;
+// a harness that runs the generator many times in one process (a fuzzer) makes it throw.
+extern void (*gd_exit_hook)(int status);
+
 // Writes "\nError: ", the formatted message and a newline to stderr, then exits with status 1.
 [[noreturn]] void printfErrNexit(const char* format, ...) __attribute__((format(printf, 1, 2)));
 

@@ -1,71 +1,65 @@
 // Writer of the grid file "KX3.grid.dat": formats each distinct value once, then copies bytes.
 #include "generator/gridwriter.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
 
-namespace {
+void append_formatted(std::string& out, const char* format, double value) {
+    char buf[512];
+    const int len = std::snprintf(buf, sizeof buf, format, value);
+    if (len < static_cast<int>(sizeof buf)) {
+        out.append(buf, len);
+    } else {
+        std::vector<char> big(len + 1);
+        std::snprintf(big.data(), big.size(), format, value);
+        out.append(big.data(), len);
+    }
+}
 
-// Formatted text of every point of one axis, kept in one pool.
-struct FormattedAxis {
-    std::string pool;
-    std::vector<size_t> start;  // start[i] .. start[i+1] is point i
+formatted_values::formatted_values(const double* values, int n, const char* format)
+    : start(n + 1, 0) {
+    for (int i = 0; i < n; ++i) {
+        append_formatted(pool, format, values[i]);
+        start[i + 1] = pool.size();
+    }
+}
 
-    FormattedAxis(const double* pts, int n) : start(n + 1, 0) {
-        char buf[512];
-        for (int i = 0; i < n; ++i) {
-            const int len = std::snprintf(buf, sizeof buf, " %12.5f", pts[i]);
-            if (len < static_cast<int>(sizeof buf)) {
-                pool.append(buf, len);
-            } else {
-                std::vector<char> big(len + 1);
-                std::snprintf(big.data(), big.size(), " %12.5f", pts[i]);
-                pool.append(big.data(), len);
-            }
-            start[i + 1] = pool.size();
+void byte_sink::put(const char* s, size_t len) {
+    if (len > buf_.size() - used_) {
+        flush();
+        if (len > buf_.size()) {
+            std::fwrite(s, 1, len, stream_);
+            return;
         }
     }
-    const char* text(int i) const { return pool.data() + start[i]; }
-    size_t size(int i) const { return start[i + 1] - start[i]; }
-};
+    std::memcpy(buf_.data() + used_, s, len);
+    used_ += len;
+}
 
-// A large output buffer written with fwrite.
-class ByteSink {
-  public:
-    explicit ByteSink(FILE* stream) : stream_(stream), buf_(1 << 20), used_(0) {}
-    ~ByteSink() { flush(); }
-    void put(const char* s, size_t len) {
-        if (len > buf_.size() - used_) {
-            flush();
-            if (len > buf_.size()) {
-                std::fwrite(s, 1, len, stream_);
-                return;
-            }
-        }
-        std::memcpy(buf_.data() + used_, s, len);
-        used_ += len;
-    }
-    void put_repeated(const char* s, size_t len, long count) {
-        for (long c = 0; c < count; ++c) put(s, len);
-    }
-    void flush() {
-        if (used_) std::fwrite(buf_.data(), 1, used_, stream_);
-        used_ = 0;
-    }
+void byte_sink::put_repeated(const char* s, size_t len, long count) {
+    if (count <= 0 || len == 0) return;
+    // Up to 64 KiB of whole copies, built by doubling.
+    const size_t copies = std::min<size_t>(size_t(count), std::max<size_t>(1, (1u << 16) / len));
+    run_.assign(s, len);
+    while (run_.size() * 2 <= copies * len) run_.append(run_);
+    run_.append(run_.data(), copies * len - run_.size());
+    long left = count;
+    for (; left >= long(copies); left -= long(copies)) put(run_.data(), run_.size());
+    put(run_.data(), size_t(left) * len);
+}
 
-  private:
-    FILE* stream_;
-    std::vector<char> buf_;
-    size_t used_;
-};
-
-}  // namespace
+void byte_sink::flush() {
+    if (used_) std::fwrite(buf_.data(), 1, used_, stream_);
+    used_ = 0;
+}
 
 void wr_grid_values(FILE* stream, const int n[3], const double* const pts[3]) {
     if (n[0] <= 0 || n[1] <= 0 || n[2] <= 0) return;
-    const FormattedAxis x(pts[0], n[0]), y(pts[1], n[1]), z(pts[2], n[2]);
-    ByteSink sink(stream);
+    const formatted_values x(pts[0], n[0], " %12.5f"), y(pts[1], n[1], " %12.5f"),
+        z(pts[2], n[2], " %12.5f");
+    byte_sink sink(stream);
     // X: the same row of NI values for every (J, K).
     sink.put_repeated(x.pool.data(), x.pool.size(), static_cast<long>(n[1]) * n[2]);
     for (int k = 0; k < n[2]; ++k)

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <initializer_list>
 
+#include "generator/gdcheck.h"
 #include "generator/gdutil.h"
 
 namespace {
@@ -16,6 +17,22 @@ void* calloc_or_exit(size_t n, size_t size) {
     return p;
 }
 
+// The list a record holds, for messages.
+const char* list_name(const LayerGrids* record) {
+    static const char* const names[] = {"X before the body", "Y before the body",
+                                        "Z before the body", "X after the body",
+                                        "Y after the body",  "Z after the body"};
+    for (int a = 0; a < 3; ++a) {
+        if (record == &BefBdyLyrGds[a]) return names[a];
+        if (record == &AftBdyLyrGds[a]) return names[3 + a];
+    }
+    return "layers";
+}
+
+[[noreturn]] void unreadable() {
+    printfErrNexit("unexpected end-of-file or error in reading layers");
+}
+
 }  // namespace
 
 void init_Bef_Aft_layer_gds() {
@@ -24,37 +41,44 @@ void init_Bef_Aft_layer_gds() {
 }
 
 Layer* read_layer_spec(FILE* stream, LayerGrids* record) {
-    int n = 0;
-    if (std::fscanf(skpcmt(stream), " %d", &n) != 1)
-        printfErrNexit("unexpected end-of-file or error in reading layers");
+    const char* file = gd_options.layerFile;
+    long long n = 0;
+    if (!rd_int(skpcmt(stream), &n)) unreadable();
     if (n < 0) printfErrNexit("number layers can not be negative");
-    record->nLayers = n;
+    const char* list = list_name(record);
+    ck_fits_in_file(stream, n, 5, file, "%s, number of layers", list);
+    record->nLayers = static_cast<int>(n);
     if (n == 0) return nullptr;
     Layer* layers = static_cast<Layer*>(calloc_or_exit(n, sizeof(Layer)));
     const double tol = gd_options.gridTol;
     for (int i = 0; i < n; ++i) {
-        int number = 0, cells = 0;
+        long long number = 0, cells = 0;  // the layer's number is read and ignored
         double f1 = 0.0, f2 = 0.0, ratio = 0.0;
-        if (std::fscanf(skpcmt(stream), " %d %lf %lf %d %lf", &number, &f1, &f2, &cells, &ratio) !=
-            5)
-            printfErrNexit("unexpected end-of-file or error in reading layers");
+        if (!rd_int(skpcmt(stream), &number) || std::fscanf(stream, " %lf %lf", &f1, &f2) != 2 ||
+            !rd_int(stream, &cells) || std::fscanf(stream, " %lf", &ratio) != 1)
+            unreadable();
+        ck_coord(f1 * f2, file, "%s, layer %d length %g * %g", list, i + 1, f1, f2);
+        ck_range(cells, -kMaxAxisCells, kMaxAxisCells, file, "%s, layer %d cells", list, i + 1);
         Layer& l = layers[i];
         l.length = f1 * f2;
-        l.nCells = cells < 0 ? -cells : cells;
+        l.nCells = static_cast<int>(cells < 0 ? -cells : cells);
         l.nxtCnctd = cells < 0;
         if (std::fabs(ratio) < tol || std::fabs(ratio - 1.0) < tol)
             l.gp_ratio = 1.0;
         else
             l.gp_ratio = ratio < 0 ? -1.0 / ratio : ratio;
+        ck_ratio(l.gp_ratio, file, "%s, layer %d ratio %g", list, i + 1, ratio);
     }
     layers[n - 1].nxtCnctd = 0;
     return layers;
 }
 
 void gen_connected_layers_cellwidths(LayerGrids* record) {
-    int total = 0;
+    long long total = 0;
     for (int l = 0; l < record->nLayers; ++l) total += record->layers[l].nCells;
-    record->nWidths = total;
+    const char* list = list_name(record);
+    ck_range(total, 0, kMaxAxisCells, gd_options.layerFile, "%s, cells", list);
+    record->nWidths = static_cast<int>(total);
     record->widths =
         total > 0 ? static_cast<double*>(calloc_or_exit(total, sizeof(double))) : nullptr;
     double* w = record->widths;
@@ -69,6 +93,8 @@ void gen_connected_layers_cellwidths(LayerGrids* record) {
                 for (int k = 0; k < n; ++k) w[p + k] = layer.length / n;
             } else {
                 const double sum = graded_weights(w + p, n, 1.0, layer.gp_ratio);
+                ck_graded_sum(sum, layer.gp_ratio, n, gd_options.layerFile, "%s, layer %d ratio",
+                              list, l + 1);
                 const double scale = layer.length / sum;
                 for (int k = 0; k < n; ++k) w[p + k] *= scale;
             }
@@ -89,6 +115,8 @@ void gen_connected_layers_cellwidths(LayerGrids* record) {
         if (!layer.nxtCnctd) {
             double sum = 0.0;
             for (int k = chainStart; k < p; ++k) sum += w[k];
+            ck_graded_sum(sum, layer.gp_ratio, p - chainStart, gd_options.layerFile,
+                          "%s, layer %d ratio, at the end of a chain", list, l + 1);
             const double scale = chainLength / sum;
             for (int k = chainStart; k < p; ++k) w[k] *= scale;
         }

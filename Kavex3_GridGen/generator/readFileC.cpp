@@ -1,12 +1,15 @@
 // Reader of the generator's specification text: keywords, the line-by-line walk and grid specs.
 #include "generator/readFileC.h"
 
+#include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
 
 #include "generator/bodies.h"
+#include "generator/gdcheck.h"
 #include "generator/gdutil.h"
 #include "generator/readFileC_dbg.h"
 
@@ -196,7 +199,7 @@ int holdsTrue(const char* value) {
 
 // "Name L0.5": the number stands behind the last blank or 'L', the name ends one character
 // before it. An empty name gives DBL_MAX.
-double position_value(const char* value, int axis) {
+double position_value(const char* value, int axis, const char* field) {
     const char* split = nullptr;
     for (const char* c = value; *c; ++c)
         if (*c == ' ' || *c == 'L') split = c;
@@ -208,11 +211,27 @@ double position_value(const char* value, int axis) {
     }
     posn.name = name.data();
     const Body* body = body_from_name(posn.name, 1);
-    return reltd_bdyposn_to_abs_posn(&posn, body, axis);
+    const double p = reltd_bdyposn_to_abs_posn(&posn, body, axis);
+    if (p != UNSET_DBL) ck_coord(p, gd_options.specFile, "%c %s%s", "XYZ"[axis], field, value);
+    return p;
 }
 
-void read_xyz(const char* value, double xyz[3]) {
-    std::sscanf(value, "(%lf,%lf,%lf)", &xyz[0], &xyz[1], &xyz[2]);
+// "(x,y,z)"; components that don't scan keep their values, set or unset.
+void read_xyz(const char* value, double xyz[3], const char* field) {
+    const int scanned = std::sscanf(value, "(%lf,%lf,%lf)", &xyz[0], &xyz[1], &xyz[2]);
+    for (int a = 0; a < scanned; ++a)
+        ck_coord(xyz[a], gd_options.specFile, "%s%c", field, "XYZ"[a]);
+}
+
+// atoi without its overflow: a level outside the range of int is refused.
+int read_debug_level(const char* value) {
+    char* end;
+    errno = 0;
+    const long level = std::strtol(value, &end, 10);
+    if (end == value) return 0;
+    ck_range(errno == ERANGE ? LONG_MAX : level, INT_MIN, INT_MAX, gd_options.specFile,
+             "Debug Level");
+    return static_cast<int>(level);
 }
 
 // The walk over the lines; each step looks for the keywords of its state in table order.
@@ -280,11 +299,11 @@ struct Walker {
             OptionsDefnDone = 1;
             state = State::Top;
         } else if (has(line, "Grid Start Point: ")) {
-            read_xyz(v, o.gridStart);
+            read_xyz(v, o.gridStart, "Grid Start Point ");
         } else if (has(line, "Conversion Factor: ")) {
-            read_xyz(v, o.convFactor);
+            read_xyz(v, o.convFactor, "Conversion Factor ");
         } else if (has(line, "Debug Level: ")) {
-            o.debugLevel = std::atoi(v);
+            o.debugLevel = read_debug_level(v);
         } else if (has(line, "Solver Input File: ")) {
             o.solverInpFile = strdup(v);
         } else if (has(line, "Layer File: ")) {
@@ -325,11 +344,13 @@ struct Walker {
     // The rotor keys act on the rotor made last, whichever body it belongs to.
     void rotorKey(const char* line) {
         if (has(line, "center: ")) {
-            read_xyz(v, lastRotor->center);
+            read_xyz(v, lastRotor->center, "rotor center ");
         } else if (has(line, "radius: ")) {
             lastRotor->radius = std::atof(v);
+            ck_coord(lastRotor->radius, gd_options.specFile, "rotor radius");
         } else if (has(line, "half thickness: ")) {
             lastRotor->thickness = std::atof(v);
+            ck_coord(lastRotor->thickness, gd_options.specFile, "rotor half thickness");
         } else if (has(line, "Is Absolute Thickness: ")) {
             lastRotor->isAbsThickness = holdsTrue(v);
         }
@@ -379,11 +400,12 @@ struct Walker {
         } else if (has(line, "in: ")) {
             bdy_low_high(body_from_name(v, 1), axis, &s->from, &s->to);
         } else if (has(line, "from: ")) {
-            s->from = position_value(v, axis);
+            s->from = position_value(v, axis, "from: ");
         } else if (has(line, "to: ")) {
-            s->to = position_value(v, axis);
+            s->to = position_value(v, axis, "to: ");
         } else if (has(line, "number of Grids: ")) {
             s->nGds = std::atof(v);
+            ck_cells(s->nGds, gd_options.specFile, "%c number of Grids", "XYZ"[axis]);
         } else if (has(line, "Grid Line On From: ")) {
             s->FxdFrom = holdsTrue(v);
         } else if (has(line, "Grid Line On To: ")) {
@@ -391,8 +413,9 @@ struct Walker {
         } else if (has(line, "GP Ratio: ")) {
             const double r = std::atof(v);
             s->gp_ratio = r < 0.0 ? -1.0 / r : r;
+            ck_ratio(s->gp_ratio, gd_options.specFile, "%c GP Ratio %s", "XYZ"[axis], v);
         } else if (has(line, "Maintain Symmetry About: ")) {
-            const double p = position_value(v, axis);
+            const double p = position_value(v, axis, "Maintain Symmetry About: ");
             if (p != UNSET_DBL) {
                 crnt_gdln->symmPosn = p;
                 crnt_gdln->hasSymm = 1;
@@ -407,6 +430,7 @@ void manage_gridgen_input(const char* path) {
     const std::vector<std::string> lines = read_all_lines(path);
     init_all_grid_lines2();
     init_options2();
+    gd_options.specFile = strdup(path);  // names the file in messages about its values
     Walker walker;
     for (const std::string& line : lines) walker.step(line.c_str());
     compact_gdspcs_of_gdlines2();

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "generator/gdcheck.h"
 #include "generator/gdgen.h"
 
 namespace {
@@ -39,7 +40,10 @@ void update_common_symmetry_gridline(const GridLine* line, GridLine* common) {
 
 void genXYZgdsFromSpecs(GridLine* x, GridLine* y, GridLine* z) {
     GridLine* lines[3] = {x, y, z};
-    for (GridLine* line : lines) add_discard_limits_as_frcd_gdpts(line);
+    for (GridLine* line : lines) {
+        ck_gdspcs(line);
+        add_discard_limits_as_frcd_gdpts(line);
+    }
 
     GridLine* first = nullptr;
     int nPts = 0, nSpecs = 0;

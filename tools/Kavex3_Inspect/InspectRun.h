@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "FEL_vector3.h"
-#include "driver/BodyStruct.h"
+#include "intersector/BodyStruct.h"
 
 // Bad input: one line naming the file and what is wrong with it.
 class InspectError : public std::runtime_error {

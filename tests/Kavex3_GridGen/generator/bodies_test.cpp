@@ -162,15 +162,19 @@ TEST_F(BodiesDeathTest, PointsFileFailuresEndWithStatusOne) {
     add_body("gone", 0)->pointsFile = strdup("/nonexistent-dir/gone.cut");
     EXPECT_EXIT(bodies_lex_input_done(), testing::ExitedWithCode(1),
                 "^\nError: can not open body points file '/nonexistent-dir/gone.cut'\n$");
-    const std::pair<const char*, const char*> bad[] = {
-        {"bad.cut", "2 3\n# first\n1.0\n1.0 2.0\n3.0 x\n"},
-        {"counts.cut", "# no counts\nfour five\n"},
-        {"short.cut", "2 1\n0.0\n1 1\n"}};
-    for (const auto& [name, text] : bad) {
+    // Counts that the rest of the file can't hold are refused before anything is allocated.
+    const char* const bad[][3] = {
+        {"bad.cut", "2 3\n# first\n1.0\n1.0 2.0\n3.0 x\n",
+         "can not read the counts or values of body points file '.*bad.cut'"},
+        {"counts.cut", "# no counts\nfour five\n",
+         "can not read the counts or values of body points file '.*counts.cut'"},
+        {"short.cut", "2 1\n0.0\n1 1\n",
+         "file '.*short.cut', number of cuts of 1 points = 2: the 9 bytes left in the file can not "
+         "hold so many"}};
+    for (const auto& [name, text, message] : bad) {
         allBdys[0].pointsFile = strdup(write_temp_file(name, text).c_str());
         EXPECT_EXIT(bodies_lex_input_done(), testing::ExitedWithCode(1),
-                    "\nError: can not read the counts or values of body points file '.*" +
-                        std::string(name) + "'\n$");
+                    "\nError: " + std::string(message) + "\n$");
     }
 }
 

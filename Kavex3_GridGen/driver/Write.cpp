@@ -1,0 +1,140 @@
+// The driver's output files: bounding-box cut files, the blanked grid file and the cell dump.
+#include "driver/Write.h"
+
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <memory>
+#include <sstream>
+
+#include "FEL_cell.h"
+#include "FEL_curvilinear_mesh.h"
+#include "generator/gridwriter.h"
+#include "intersector/Intersector.h"
+
+void WriteOutBoundingBoxes(std::vector<_BodyStruct>& bodies) {
+    for (const _BodyStruct& body : bodies) {
+        if (body.eBodyType <= BODY_ZCUT) continue;
+        std::ofstream out(body.strCutFile.c_str(), std::ios::trunc);
+        if (!out) continue;
+        FEL_vector3<float> low, high;
+        body.pMesh->get_bounding_box(&low, &high);
+        const double ym = (low.y + high.y) * 0.5f, zm = (low.z + high.z) * 0.5f;
+        auto centre = [&](float x) {
+            out << x << '\n';
+            for (int p = 0; p < 5; ++p) out << ym << "  " << zm << '\n';
+        };
+        auto rectangle = [&](float x) {
+            out << x << '\n';
+            const float ring[5][2] = {
+                {low.y, low.z}, {low.y, high.z}, {high.y, high.z}, {high.y, low.z}, {low.y, low.z}};
+            for (const auto& p : ring) out << p[0] << "  " << p[1] << '\n';
+        };
+        out << "4  5\n";
+        centre(low.x);
+        rectangle(low.x);
+        rectangle(high.x);
+        centre(high.x);
+    }
+}
+
+namespace {
+
+bool SameBits(float a, float b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+// The coordinates of one axis, (i, j, k) -> component, written in the file's order. The grid is
+// Cartesian as a rule, so every value is compared bit for bit with the value on its axis line
+// through the origin and then copied as text; any other value is formatted on its own.
+template <class At>
+void WriteCoordinates(byte_sink& sink, const int n[3], int axis, At at) {
+    std::vector<double> line(n[axis]);
+    for (int c = 0; c < n[axis]; ++c) {
+        int ijk[3] = {0, 0, 0};
+        ijk[axis] = c;
+        line[c] = at(ijk[0], ijk[1], ijk[2]);
+    }
+    const formatted_values text(line.data(), n[axis], " %.5f");
+    std::string odd;
+    for (int k = 0; k < n[2]; ++k)
+        for (int j = 0; j < n[1]; ++j) {
+            const int across = axis == 1 ? j : k;  // the line value for Y and Z rows
+            bool plain = true;
+            for (int i = 0; i < n[0] && plain; ++i)
+                plain = SameBits(at(i, j, k), float(line[axis == 0 ? i : across]));
+            if (plain) {
+                if (axis == 0)
+                    sink.put(text.pool);
+                else
+                    sink.put_repeated(text.text(across), text.size(across), n[0]);
+                continue;
+            }
+            for (int i = 0; i < n[0]; ++i) {
+                odd.clear();
+                append_formatted(odd, " %.5f", at(i, j, k));
+                sink.put(odd);
+            }
+        }
+}
+
+}  // namespace
+
+void OutputIBlankedGrid(std::string fileName, FEL_pointer<FEL_mesh> mesh,
+                        std::vector<FEL_vector3<int>>& cells, bool writeBodyCells,
+                        bool writeOffsets, double offsetX, double offsetY, double offsetZ) {
+    // The blanking values of the vertices are never written, so they are not computed.
+    std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(fileName.c_str(), "w"), &std::fclose);
+    if (!file) return;
+    const int n[3] = {g_v3iGridDimensions[0] + 1, g_v3iGridDimensions[1] + 1,
+                      g_v3iGridDimensions[2] + 1};
+    std::ostringstream head;
+    if (writeOffsets) head << "# " << offsetX << ' ' << offsetY << ' ' << offsetZ;
+    head << '\n' << n[0] << ' ' << n[1] << ' ' << n[2] << '\n';
+    {
+        byte_sink sink(file.get());
+        sink.put(head.str());
+        const auto* curvilinear = dynamic_cast<const FEL_curvilinear_mesh*>(mesh.get());
+        for (int axis = 0; axis < 3; ++axis) {
+            if (curvilinear) {
+                WriteCoordinates(sink, n, axis, [&](int i, int j, int k) {
+                    return curvilinear->node(i + n[0] * (j + n[1] * k))[axis];
+                });
+            } else {
+                WriteCoordinates(sink, n, axis, [&](int i, int j, int k) {
+                    FEL_vector3<float> v;
+                    mesh->coordinates_at_vertex_cell(FEL_vertex_cell(i, j, k), &v);
+                    return v[axis];
+                });
+            }
+        }
+    }
+    if (!writeBodyCells) return;
+    std::ostringstream tail;
+    tail << "\n# Num. of Body Cells: \n"
+         << cells.size() << "\n# Body Cells ({I-index, J-index, K-index} of the cells)\n";
+    for (auto cell = cells.rbegin(); cell != cells.rend(); ++cell)
+        tail << cell->x << ", " << cell->y << ", " << cell->z << '\n';
+    std::fputs(tail.str().c_str(), file.get());
+}
+
+void OutputBodyCells(FEL_pointer<FEL_mesh> mesh, std::stack<FEL_vector3<int>> cells,
+                     std::string fileName) {
+    std::ofstream out(fileName.c_str(), std::ios::trunc);
+    const std::size_t count = cells.size();
+    out << "TITLE = \"FEL Intersected Cells\"\n"
+        << "VARIABLES = \"X\" \"Y\" \"Z\"\n"
+        << "ZONE N=" << 8 * count << ", E=" << count << ", F=FEPOINT, ET=BRICK\n";
+    // The mesh numbers a hexahedron's corners by bits of i, j, k; a brick wants them as two rings.
+    static const int ring[8] = {0, 2, 3, 1, 4, 6, 7, 5};
+    for (; !cells.empty(); cells.pop()) {
+        const FEL_vector3<int>& c = cells.top();
+        FEL_vector3<float> corners[8];
+        mesh->coordinates_at_cell(FEL_cell(FEL_CELL_HEXAHEDRON, c.x - 1, c.y - 1, c.z - 1),
+                                  corners);
+        for (int corner : ring)
+            out << corners[corner].x << ' ' << corners[corner].y << ' ' << corners[corner].z
+                << '\n';
+    }
+    for (std::size_t v = 1; v <= 8 * count; ++v) out << v << '\n';
+}

@@ -1,0 +1,200 @@
+// The intersection stage: search grids per body zone, the walk from the grid's corners through
+// empty cells, the outer-layer copy, and the debug dumps.
+#include "intersector/Intersector.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+
+#include "FilePath.h"
+#include "intersector/CellWalk.h"
+#include "intersector/Parallel.h"
+#include "intersector/Witness.h"
+#include "intersector/convert.h"
+
+GridCellArray g_gridCells;
+
+std::size_t IntersectBytesPerCell() {
+    return sizeof(GridCell) + 4 * sizeof(std::uint32_t);
+}
+
+namespace {
+const FEL_vector3<int> kSearchDims(10, 10, 10);
+
+void PushCorners(CellWalk& walk) {
+    int X = walk.Count(0) - 1, Y = walk.Count(1) - 1, Z = walk.Count(2) - 1;
+    const int seeds[8][3] = {{X, Y, Z}, {0, Y, Z}, {X, 0, Z}, {X, Y, 0},
+                             {0, 0, Z}, {X, 0, 0}, {0, Y, 0}, {0, 0, 0}};
+    // The last pushed is the first visited.
+    for (int n = 7; n >= 0; --n) walk.Seed(seeds[n][0], seeds[n][1], seeds[n][2]);
+}
+
+// The walk as the literal procedure: each popped cell searches its witnesses in list order.
+void WalkPlain(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
+    int n[3] = {cells.Count(0), cells.Count(1), cells.Count(2)};
+    int X = n[0] - 1, Y = n[1] - 1, Z = n[2] - 1;
+    std::vector<FEL_vector3<int>> stack = {{X, Y, Z}, {0, Y, Z}, {X, 0, Z}, {X, Y, 0},
+                                           {0, 0, Z}, {X, 0, 0}, {0, Y, 0}, {0, 0, 0}};
+    ++GridCell::s_ushtNewCounter;
+    std::vector<Triangle*> found;
+    while (!stack.empty()) {
+        FEL_vector3<int> p = stack.back();
+        stack.pop_back();
+        GridCell& cell = cells(p.x, p.y, p.z);
+        if (cell.m_ushtCounter == GridCell::s_ushtNewCounter) continue;
+        found.clear();
+        CellWitnesses(grids, cells.CellMin(p.x, p.y, p.z), cells.CellMax(p.x, p.y, p.z), found);
+        for (Triangle* t : found) cells.Append(cell, t);
+        cell.m_ushtCounter = GridCell::s_ushtNewCounter;
+        if (!found.empty()) {
+            cell.m_eState = CELL_INTERSECTED;
+            continue;
+        }
+        for (int a = 0; a < 3; ++a) {
+            FEL_vector3<int> q = p;
+            if (p[a] > 0) {
+                q[a] = p[a] - 1;
+                stack.push_back(q);
+            }
+            if (p[a] < n[a] - 1) {
+                q[a] = p[a] + 1;
+                stack.push_back(q);
+            }
+        }
+    }
+}
+
+// Every cell gets its witnesses, then the walk keeps those of the cells it reaches.
+void WalkFast(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
+    const int threads = IntersectThreads();
+    // The walk is single-threaded: bring the cells' pages in on all threads first, while every
+    // cell is still all zero bytes.
+    char* bytes = reinterpret_cast<char*>(cells.Data());
+    const std::size_t size = cells.Size() * sizeof(GridCell), pieces = 16 * std::size_t(threads);
+    RunPieces(int(pieces), threads, [&](int piece) {
+        for (std::size_t b = size * piece / pieces; b < size * (piece + 1) / pieces; b += 4096)
+            bytes[b] = 0;
+    });
+    FindAllWitnesses(cells, grids, threads);
+    CellWalk walk(cells);
+    ++GridCell::s_ushtNewCounter;
+    PushCorners(walk);
+    walk.Run([](const GridCell& c) { return c.m_vecTriangles.empty(); }, [](GridCell&) {},
+             [](GridCell& c) { c.m_eState = CELL_INTERSECTED; });
+    std::vector<std::uint32_t> ids, starts;
+    std::vector<Triangle*> entries;
+    GridCell* data = cells.Data();
+    // The lists run in ascending cell order.
+    for (std::uint32_t handle = 1; handle <= cells.ListCount(); ++handle) {
+        std::size_t id = cells.ListCell(handle);
+        if (data[id].m_ushtCounter != GridCell::s_ushtNewCounter) continue;
+        TriangleSpan s = cells.Triangles(data[id]);
+        ids.push_back(std::uint32_t(id));
+        starts.push_back(std::uint32_t(entries.size()));
+        entries.insert(entries.end(), s.begin(), s.end());
+    }
+    cells.SetLists(ids, starts, std::move(entries));
+}
+
+// Intersected states move from the second layer to the outermost on each side: k, then j, then i.
+// An axis of one cell has no second layer and is left alone.
+void CopyOuterLayers(GridCellArray& cells) {
+    int n[3] = {cells.Count(0), cells.Count(1), cells.Count(2)};
+    for (int axis = 2; axis >= 0; --axis) {
+        if (n[axis] < 2) continue;
+        int u = axis == 0 ? 1 : 0, v = axis == 2 ? 1 : 2;
+        for (int p = 0; p < n[u]; ++p)
+            for (int q = 0; q < n[v]; ++q) {
+                int idx[3];
+                idx[u] = p;
+                idx[v] = q;
+                const int pairs[2][2] = {{1, 0}, {n[axis] - 2, n[axis] - 1}};
+                for (const auto& pr : pairs) {
+                    idx[axis] = pr[0];
+                    bool hit = cells(idx[0], idx[1], idx[2]).m_eState == CELL_INTERSECTED;
+                    idx[axis] = pr[1];
+                    if (hit) cells(idx[0], idx[1], idx[2]).m_eState = CELL_INTERSECTED;
+                }
+            }
+    }
+}
+
+void WriteZone(std::ostream& out, const std::vector<Triangle*>& tris) {
+    std::size_t n = tris.size();
+    out << "TITLE = \"FEL Intersected Cells\"" << std::endl;
+    out << "VARIABLES = \"X\" \"Y\" \"Z\"" << std::endl;
+    out << "ZONE N=" << 3 * n << ", E =" << n << ", F=FEPOINT, ET=TRIANGLE" << std::endl;
+    for (const Triangle* t : tris) {
+        const double* v = t->m_adblVertices;
+        out << v[0] << " " << v[1] << " " << v[2] << "   " << v[3] << " " << v[4] << " " << v[5]
+            << "   " << v[6] << " " << v[7] << " " << v[8] << std::endl;
+    }
+    for (std::size_t c = 1; c <= 3 * n; ++c) out << c << std::endl;
+}
+}  // namespace
+
+void OutputTriangles(std::vector<std::vector<Triangle*>>& lists, std::string path) {
+    std::ofstream out(path, std::ios::out | std::ios::trunc);
+    for (const auto& l : lists) WriteZone(out, l);
+}
+
+void OutputTriangles(GridCellArray& cells, FEL_vector3<int> dims, std::string path) {
+    std::vector<Triangle*> all;
+    for (int i = 0; i < dims[0] - 1; ++i)
+        for (int j = 0; j < dims[1] - 1; ++j)
+            for (int k = 0; k < dims[2] - 1; ++k) {
+                TriangleSpan s = cells.Triangles(cells(i, j, k));
+                all.insert(all.end(), s.begin(), s.end());
+            }
+    std::ofstream out(path, std::ios::out | std::ios::trunc);
+    WriteZone(out, all);
+}
+
+void IntersectZones(std::vector<SurfaceZone>& zones, const std::string& folder) {
+    GridCellArray& cells = g_gridCells;
+    g_v3iGridDimensions = {cells.Count(0), cells.Count(1), cells.Count(2)};
+    std::vector<std::vector<Triangle*>> lists;
+    std::vector<FEL_vector3<float>> mins, maxs;
+    std::vector<SearchGrid> grids;
+    for (SurfaceZone& z : zones) {
+        cells.Own(z.m_vecTriangles);
+        if (g_blnDebug)
+            std::cout << "Number of triangles: " << z.m_vecTriangles.size() << std::endl;
+        lists.push_back(z.m_vecTriangles);
+        FEL_vector3<float> box[2] = {z.m_v3fMin - FEL_vector3<float>(1.0f, 1.0f, 1.0f),
+                                     z.m_v3fMax + FEL_vector3<float>(1.0f, 1.0f, 1.0f)};
+        mins.push_back(box[0]);
+        maxs.push_back(box[1]);
+        grids.emplace_back();
+        if (g_blnDebug) std::cout << "start discrete  " << box[0] << "  " << box[1] << std::endl;
+        DiscretizeSpace(grids.back(), box, kSearchDims, lists, mins, maxs);
+        if (g_blnDebug) std::cout << "end discrete" << std::endl;
+    }
+    if (g_blnDebug) OutputTriangles(lists, Dorva::FilePath(folder + "//completeTris.dat").Get());
+    if (cells.Size() > 0) {
+        if (g_intersectOptions.m_blnPlain)
+            WalkPlain(cells, grids);
+        else
+            WalkFast(cells, grids);
+        CopyOuterLayers(cells);
+    }
+    if (g_blnDebug)
+        OutputTriangles(cells, g_v3iGridDimensions,
+                        Dorva::FilePath(folder + "//trisglobal.dat").Get());
+}
+
+void IntersectGrid(FEL_pointer<FEL_mesh> grid, std::vector<_BodyStruct> bodies,
+                   std::string folder) {
+    CreateGrid(g_gridCells, grid);
+    std::vector<SurfaceZone> zones;
+    for (const _BodyStruct& body : bodies) {
+        if (!body.blnUsedInSolver) continue;
+        for (int z = 0; z < body.pMesh->get_n_zones(); ++z) {
+            FEL_pointer<FEL_mesh> zone = body.pMesh->get_zone(z);
+            zones.emplace_back();
+            ConvertTriangles(zone, zones.back().m_vecTriangles);
+            zone->get_bounding_box(&zones.back().m_v3fMin, &zones.back().m_v3fMax);
+        }
+    }
+    IntersectZones(zones, folder);
+}

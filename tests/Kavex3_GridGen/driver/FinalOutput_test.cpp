@@ -1,0 +1,89 @@
+// Tests of the final output: the blanked grid file against plain stream writing, and the rewrite
+// of solver input files with and without their markers.
+#include "driver/FinalOutput.h"
+
+#include <gtest/gtest.h>
+
+#include <iomanip>
+#include <sstream>
+
+#include "FEL_curvilinear_mesh.h"
+#include "ScratchDir.h"
+#include "driver/DriverGlobals.h"
+#include "driver/Write.h"
+#include "intersector/Intersector.h"
+
+namespace {
+
+// 3 x 3 x 3 points, 0, 1 and 2.5 on each axis; shear moves x with k, so no axis line holds.
+FEL_pointer<FEL_mesh> SmallGrid(float shear) {
+    const float line[3] = {0.0f, 1.0f, 2.5f};
+    auto* xyz = new FEL_vector3<float>[27];
+    for (int n = 0; n < 27; ++n)
+        xyz[n] = {line[n % 3] + shear * (n / 9), line[n / 3 % 3], line[n / 9] - 4.0f};
+    g_v3iGridDimensions = {2, 2, 2};
+    return FEL_pointer<FEL_mesh>(new FEL_curvilinear_mesh_xyz_layout(3, 3, 3, xyz));
+}
+
+TEST(FinalOutput, BlankedGridMatchesStreamWriting) {
+    for (const float shear : {0.0f, 0.3333333f}) {
+        ScratchDir dir;
+        FEL_pointer<FEL_mesh> mesh = SmallGrid(shear);
+        std::vector<FEL_vector3<int>> cells = {{2, 2, 1}, {1, 2, 2}};
+        OutputIBlankedGrid(dir / "grid", mesh, cells, true, true, 0.1, -2.0, 1e-7);
+        std::ostringstream expected;
+        expected << "# " << 0.1 << ' ' << -2.0 << ' ' << 1e-7 << "\n3 3 3\n"
+                 << std::fixed << std::setprecision(5);
+        const auto* m = static_cast<const FEL_curvilinear_mesh*>(mesh.get());
+        for (int axis = 0; axis < 3; ++axis)
+            for (int n = 0; n < 27; ++n) expected << ' ' << m->node(n)[axis];
+        expected << "\n# Num. of Body Cells: \n2\n# Body Cells ({I-index, J-index, K-index} of "
+                    "the cells)\n1, 2, 2\n2, 2, 1\n";
+        EXPECT_EQ(ReadWholeFile(dir / "grid"), expected.str()) << shear;
+    }
+}
+
+// Solver input files around the generator's list, with and without the two markers. The grid's
+// one body cell is (2, 1, 2); every other cell is outside.
+TEST(FinalOutput, SolverInputRewrite) {
+    const std::string head = "# IE = 2\n2\n#\n";
+    const std::string list = "# Body Cells ({I-index, J-index, K-index} of the cells)\n2, 1, 2\n";
+    const struct {
+        std::string solver, expected;
+    } cases[] = {
+        {head + "# Num. of Body Cells:\n1\n# Body Cells\n1, 1, 1\n#\n# Number of Rotors:\n0\n",
+         head + "# Num. of Body Cells:\n1\n" + list + "#\n# Number of Rotors:\n0\n"},
+        // Without the count's marker, all is copied, then the list, "#" and an empty line.
+        {head + "# Number of Rotors:\n0\n", head + "# Number of Rotors:\n0\n1\n" + list + "#\n\n"},
+        // Without the rotors' marker, the rest is dropped.
+        {head + "# Num. of Body Cells:\n3\n1, 1, 1\n",
+         head + "# Num. of Body Cells:\n1\n" + list + "#\n\n"},
+    };
+    for (const auto& c : cases) {
+        ScratchDir dir;
+        g_strTempDir = dir.Path();
+        WriteWholeFile(dir / "S", c.solver);
+        FEL_pointer<FEL_mesh> mesh = SmallGrid(0.0f);
+        CreateGrid(g_gridCells, mesh);
+        for (int n = 0; n < 8; ++n) g_gridCells(n / 4, n / 2 % 2, n % 2).m_eState = CELL_EXTERIOR;
+        g_gridCells(1, 0, 1).m_eState = CELL_UNKNOWN;
+        WriteFinalOutput(dir / "S", dir / "grid", mesh, GridOffsets(), {});
+        EXPECT_EQ(ReadWholeFile(dir / "S"), c.expected);
+        EXPECT_FALSE(PathExists(dir / "temp.ClWdths"));
+        g_gridCells.Release();
+    }
+}
+
+TEST(FinalOutput, GeneratorCellsJoinTheScanWithoutDuplicates) {
+    ScratchDir dir;
+    WriteWholeFile(dir / "S",
+                   "# Num. of Body Cells:\n3\n# Body Cells\n1, 1, 1\n2, 1, 2\n"
+                   "1, 1, 1\n#\n# Number of Rotors:\n0\n");
+    const std::vector<FEL_vector3<int>> fromFile = ReadSolverBodyCells(dir / "S");
+    const std::vector<FEL_vector3<int>> merged = MergeBodyCells({{2, 2, 1}, {2, 1, 2}}, fromFile);
+    std::ostringstream text;
+    for (const auto& c : merged) text << c << ' ';
+    EXPECT_EQ(text.str(), "(2, 2, 1) (2, 1, 2) (1, 1, 1) ");
+}
+
+}  // namespace

@@ -1,0 +1,57 @@
+// Test helpers: uniform grids in g_gridCells, triangles, surface zones and a closed box surface.
+#pragma once
+
+#include <vector>
+
+#include "intersector/Intersector.h"
+
+inline std::vector<float> UniformAxis(int cells, float low = 0.0f, float step = 1.0f) {
+    std::vector<float> a;
+    for (int c = 0; c <= cells; ++c) a.push_back(low + step * float(c));
+    return a;
+}
+
+// g_gridCells of unit cells from the origin, all unknown.
+inline void UnitGrid(int ni, int nj, int nk) {
+    std::vector<float> axes[3] = {UniformAxis(ni), UniformAxis(nj), UniformAxis(nk)};
+    g_gridCells.Reset(axes);
+    g_v3iGridDimensions = {ni, nj, nk};
+}
+
+inline Triangle* Tri(double ax, double ay, double az, double bx, double by, double bz, double cx,
+                     double cy, double cz) {
+    double a[3] = {ax, ay, az}, b[3] = {bx, by, bz}, c[3] = {cx, cy, cz};
+    return new Triangle(a, b, c);
+}
+
+// The zone's box from its triangles' single-precision coordinates, as a mesh would give it.
+inline SurfaceZone Zone(std::vector<Triangle*> tris) {
+    SurfaceZone z;
+    z.m_vecTriangles = tris;
+    z.m_v3fMin = {1e30f, 1e30f, 1e30f};
+    z.m_v3fMax = {-1e30f, -1e30f, -1e30f};
+    for (Triangle* t : tris)
+        for (int n = 0; n < 9; ++n) {
+            z.m_v3fMin[n % 3] = std::min(z.m_v3fMin[n % 3], float(t->m_adblVertices[n]));
+            z.m_v3fMax[n % 3] = std::max(z.m_v3fMax[n % 3], float(t->m_adblVertices[n]));
+        }
+    return z;
+}
+
+// The 12 triangles of the surface of box lo..hi.
+inline std::vector<Triangle*> BoxSurface(const double* lo, const double* hi) {
+    std::vector<Triangle*> out;
+    for (int a = 0; a < 3; ++a)
+        for (double side : {lo[a], hi[a]}) {
+            int u = (a + 1) % 3, v = (a + 2) % 3;
+            double p[4][3];
+            for (int n = 0; n < 4; ++n) {
+                p[n][a] = side;
+                p[n][u] = (n == 1 || n == 2) ? hi[u] : lo[u];
+                p[n][v] = (n >= 2) ? hi[v] : lo[v];
+            }
+            out.push_back(new Triangle(p[0], p[1], p[2]));
+            out.push_back(new Triangle(p[0], p[2], p[3]));
+        }
+    return out;
+}
