@@ -34,14 +34,12 @@ TEST(FEL_curvilinear_mesh, NodesByLinearNumber) {
     int iblank = 0;
     ASSERT_EQ(mesh->iblank_at_vertex_cell(FEL_vertex_cell(1, 1, 0), &iblank), 1);
     EXPECT_EQ(iblank, 1);
-    FEL_cell located;
-    EXPECT_EQ(mesh->locate(FEL_phys_pos(0, 0, 0), &located), 24);
     FEL_vector3<float> min, max;
     ASSERT_EQ(mesh->get_bounding_box(&min, &max), 1);
     EXPECT_EQ(max, FEL_vector3<float>(5, 50, 500));
 }
 
-TEST(FEL_curvilinear_mesh, IblankedLayoutAndOptions) {
+TEST(FEL_curvilinear_mesh, IblankedLayout) {
     FEL_vector3f_and_int* nodes = new FEL_vector3f_and_int[8];
     for (int p = 0; p < 8; ++p) nodes[p] = {FEL_vector3<float>(float(p), 0, 0), p == 6 ? 0 : 1};
     FEL_pointer<FEL_curvilinear_mesh> mesh(new FEL_curvilinear_mesh_xyzi_layout(2, 2, 2, nodes));
@@ -49,10 +47,6 @@ TEST(FEL_curvilinear_mesh, IblankedLayoutAndOptions) {
     ASSERT_EQ(mesh->iblank_at_cell(FEL_cell(FEL_CELL_HEXAHEDRON, 0, 0, 0), iblank), 1);
     EXPECT_EQ(iblank[6], 0);
     EXPECT_EQ(iblank[5], 1);
-    EXPECT_EQ(mesh->set(FEL_CURVILINEAR_OPTION_9, 3), 1);
-    int value = 0;
-    ASSERT_EQ(mesh->get(FEL_CURVILINEAR_OPTION_9, nullptr, &value), 1);
-    EXPECT_EQ(value, 3);
 }
 
 }  // namespace

@@ -49,15 +49,6 @@ TEST(FEL_multi_mesh, RoutesByZone) {
     int dims[3];
     ASSERT_EQ(mesh->get(FEL_STRUCTURED_DIMENSIONS, nullptr, dims, 1), 1);
     EXPECT_EQ(dims[0], 3);
-
-    FEL_cell cell;
-    ASSERT_EQ(mesh->locate(FEL_phys_pos(1.5f, 0.5f, 0.5f), &cell), 1);
-    EXPECT_EQ(cell, FEL_cell(FEL_CELL_HEXAHEDRON, 1, 0, 0, -1, 1));
-    mesh->set_debug_level(1);
-    CaptureStderr();
-    ASSERT_EQ(mesh->locate(FEL_phys_pos(0.5f, 0.5f, 0.5f), &cell), 1);
-    EXPECT_EQ(GetCapturedStderr(), "FEL_multi_mesh::locate((0.5, 0.5, 0.5),)\n");
-    EXPECT_EQ(cell.zone, 0);
 }
 
 TEST(FEL_multi_mesh, WalksPassFromZoneToZone) {

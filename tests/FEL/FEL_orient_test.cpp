@@ -3,39 +3,30 @@
 
 #include <gtest/gtest.h>
 
-TEST(FEL_orient, TriangleAndTetrahedronSigns) {
+TEST(FEL_orient, SignsFoldsAndBoxBounds) {
     // (0,1)
     //   |  \      counter-clockwise a, b, c: (0 - 1) 0 - (0 - 1) 1 + (0 - 0) 0 = 1
     // (0,0)--(1,0)
     EXPECT_EQ(FEL_orient(0, 0, 1, 0, 0, 1), 1);
     EXPECT_EQ(FEL_orient(0, 0, 0, 1, 1, 0), -1);
     EXPECT_EQ(FEL_orient(0, 0, 1, 1, 2, 2), 0);
-    const FEL_vector3<float> o(0, 0, 0), x(1, 0, 0), y(0, 1, 0);
-    EXPECT_EQ(FEL_orient(o, x, y, FEL_vector3<float>(0, 0, 1)), 1);
-    EXPECT_EQ(FEL_orient(o, x, y, FEL_vector3<float>(0, 0, -1)), -1);
-    EXPECT_EQ(FEL_orient(o, x, y, FEL_vector3<float>(3, 4, 0)), 0);
-}
-
-TEST(FEL_orient, QuadrilateralFoldsAndDegenerateTriangles) {
     //  d(0,1,1) - c(1,1,0)    a b c lies in z = 0; a c d is folded up about the diagonal a c
     //     |    /   |
     //  a(0,0,0) - b(1,0,0)
     const FEL_vector3<float> a(0, 0, 0), b(1, 0, 0), c(1, 1, 0), flat(0, 1, 0), up(0, 1, 1);
+    EXPECT_EQ(FEL_orient(a, b, flat, FEL_vector3<float>(0, 0, -1)), -1);
+    EXPECT_EQ(FEL_orient(a, b, flat, FEL_vector3<float>(3, 4, 0)), 0);
     EXPECT_EQ(FEL_orient(a, b, c, flat, FEL_vector3<float>(0.5f, 0.5f, 1)), 1);
     // Above a b c (o1 = +1) but below a c d (r . (1, -1, 1) = -0.3): the fold is upward
-    // (w . m1 = 1 > 0), so the smaller answer wins.
+    // (w . m1 = 1 > 0), so the smaller answer wins; mirrored in z the greater answer wins.
     EXPECT_EQ(FEL_orient(a, b, c, up, FEL_vector3<float>(0.1f, 0.9f, 0.5f)), -1);
-    // The same fold downward, mirrored in z: the greater answer wins.
-    const FEL_vector3<float> down(0, 1, -1);
-    EXPECT_EQ(FEL_orient(a, b, c, down, FEL_vector3<float>(0.1f, 0.9f, -0.5f)), 1);
+    EXPECT_EQ(
+        FEL_orient(a, b, c, FEL_vector3<float>(0, 1, -1), FEL_vector3<float>(0.1f, 0.9f, -0.5f)),
+        1);
     // a = b: the first triangle is no triangle, the second one answers.
     EXPECT_EQ(FEL_orient(a, a, c, up, FEL_vector3<float>(0.1f, 0.9f, 0.5f)), -1);
-}
-
-TEST(FEL_orient, BoundingBoxIncludesItsBounds) {
-    const FEL_vector3<float> lo(0, 0, 0), hi(1, 2, 3);
-    EXPECT_TRUE(FEL_bounding_box(lo, hi, FEL_vector3<float>(1, 2, 3)));
-    EXPECT_TRUE(FEL_bounding_box(lo, hi, FEL_vector3<float>(0, 1, 0)));
-    EXPECT_FALSE(FEL_bounding_box(lo, hi, FEL_vector3<float>(0, 2.0001f, 0)));
-    EXPECT_FALSE(FEL_bounding_box(lo, hi, FEL_vector3<float>(-0.0001f, 1, 1)));
+    const FEL_vector3<float> hi(1, 2, 3);
+    EXPECT_TRUE(FEL_bounding_box(a, hi, hi) && FEL_bounding_box(a, hi, flat));
+    EXPECT_FALSE(FEL_bounding_box(a, hi, FEL_vector3<float>(0, 2.0001f, 0)));
+    EXPECT_FALSE(FEL_bounding_box(a, hi, FEL_vector3<float>(-0.0001f, 1, 1)));
 }

@@ -181,7 +181,4 @@ TEST(FEL_plot3d_reader, ZonesAskedForAndHeaderOnlyReads) {
     EXPECT_EQ(FEL_read_mesh_zone_dimensions(sduct, 0x10A, 1, &d), 1);
     EXPECT_EQ(d, FEL_vector3<int>(123, 31, 21));
     EXPECT_EQ(FEL_read_mesh_zone_dimensions(sduct, 0x10A, 2, &d), 0);
-    EXPECT_EQ(FEL_read_mesh_n_zones(sduct, 0x0A, &n_zones), 0);
-    EXPECT_EQ(FEL_read_mesh_zone_dimensions(multi, 0x122, 0, &d), 1);
-    EXPECT_EQ(d, FEL_vector3<int>(8, 12, 12));
 }

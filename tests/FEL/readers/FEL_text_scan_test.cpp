@@ -9,8 +9,7 @@
 #include <random>
 #include <sstream>
 
-#include <stdlib.h>
-#include <unistd.h>
+#include "FEL/readers/FEL_reader_test_files.h"
 
 namespace {
 
@@ -77,17 +76,11 @@ TEST(FEL_text_scan, RandomFloatsInTheWritersFormatsRoundTripExactly) {
 }
 
 TEST(FEL_text_scan, MappedFileHoldsTheWholeFileAndReportsAMissingOne) {
-    char name[] = "/tmp/fel_scan_XXXXXX";
-    const int fd = mkstemp(name);
-    ASSERT_GE(fd, 0);
-    ASSERT_EQ(write(fd, "1 2\n3", 5), 5);
-    close(fd);
+    FEL_test_dir dir;
     {
-        FEL_mapped_file file(name);
+        FEL_mapped_file file(dir.write("m", "1 2\n3"));
         ASSERT_TRUE(file.ok());
         EXPECT_EQ(std::string(file.begin(), file.end()), "1 2\n3");
     }
-    std::remove(name);
-    FEL_mapped_file missing(name);
-    EXPECT_FALSE(missing.ok());
+    EXPECT_FALSE(FEL_mapped_file(dir / "missing").ok());
 }

@@ -165,30 +165,6 @@ TEST(ReadGridFile, DebugLevelConversionFactorAndSolverInputLines) {
     for (const auto& [text, name] : solvers) EXPECT_EQ(ReadProject(text).strSolverInput, name);
 }
 
-TEST(ReadBodies, ReadsSurfaceBodiesAndLeavesCutBodiesWithoutMeshes) {
-    const std::string data = KAVEX_SHARED_DATA;
-    std::vector<_BodyStruct> bodies(4);
-    bodies[0].eBodyType = BODY_XCUT;
-    bodies[0].strPointsFile = "no-such-plate.cut";  // never opened
-    bodies[1].eBodyType = BODY_STL;
-    bodies[1].strPointsFile = data + "/stl/unit_cube.STL";  // binary, 12 facets
-    bodies[2].eBodyType = BODY_PLOT3D;
-    bodies[2].strPointsFile = data + "/plot3d/multi-ascii.xyz";  // text, 2 zones of 8 x 12 x 12
-    bodies[3].eBodyType = BODY_ZCUT;
-    bodies[3].strPointsFile = "no-such-fin.cut";
-    ReadBodies(bodies);
-
-    EXPECT_TRUE(bodies[0].pMesh.null());
-    EXPECT_TRUE(bodies[3].pMesh.null());
-    ASSERT_FALSE(bodies[1].pMesh.null());
-    EXPECT_TRUE(bodies[1].pMesh->is_unstructured_mesh());
-    EXPECT_EQ(bodies[1].pMesh->card(0), 8);  // the cube's corners, shared by the facets
-    EXPECT_EQ(bodies[1].pMesh->card(2), 12);
-    ASSERT_FALSE(bodies[2].pMesh.null());
-    EXPECT_EQ(bodies[2].pMesh->get_n_zones(), 2);
-    EXPECT_EQ(bodies[2].pMesh->card(0), 2 * 8 * 12 * 12);
-}
-
 TEST(ReadBodies, StlOrP3dAnywhereInThePathSelectsTheUnstructuredTextTry) {
     // One triangle as text unstructured Plot3D: 3 nodes, 1 triangle, 0 tetrahedra, the x, y and z
     // planes, the triangle's nodes and its zone:

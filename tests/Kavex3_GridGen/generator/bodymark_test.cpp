@@ -70,30 +70,6 @@ TEST_F(BodyMarking, CuboidsTrimEndCellsCoveredNoMoreThanTheFraction) {
               (Cells{{1, 0, 1}, {1, 1, 1}, {2, 0, 1}, {2, 1, 1}, {1, 1, 1}, {2, 1, 1}}));
 }
 
-//  Z-cut body, the same square at z = 22 and z = 78, seen along Z (cells of 25, body ####):
-//
-//  100 +----+----+----+----+      x 22 .. 78, y 20 .. 78.
-//   75 +----+----+----+----+      Cells (1..2, 3): 3 of 25 in y  = 12%: not marked.
-//      |  ##|####|####|##  |      Cells (0, 1..2), (3, 1..2): 12%: not marked.
-//   50 +--##+####+####+##--+      Cells (1..2, 0): 5 of 25 in y  = 20%: marked.
-//      |  ##|####|####|##  |      Along Z the body enters cells 0 and 3 by 3 of 25 = 12%:
-//   25 +--##+####+####+##--+      those slabs are dropped, slabs 1 and 2 stay.
-//      |  ##|####|####|##  |
-//    0 +----+----+----+----+
-//      0   25   50   75   100
-TEST_F(BodyMarking, CutPlaneFractionsAtExactlyTheThresholdAreNotMarked) {
-    const BodyBuilder::Polygon square = {{22, 20}, {78, 20}, {78, 78}, {22, 78}};
-    Body up = build_.cut_body(2, {{22, square}, {78, square}}, {22, 20, 22}, {78, 78, 78});
-    Body down = build_.cut_body(2, {{78, square}, {22, square}}, {22, 20, 22}, {78, 78, 78});
-    const Cells expected = {{1, 0, 1}, {1, 1, 1}, {1, 2, 1}, {2, 0, 1}, {2, 1, 1}, {2, 2, 1},
-                            {1, 0, 2}, {1, 1, 2}, {1, 2, 2}, {2, 0, 2}, {2, 1, 2}, {2, 2, 2}};
-    mark({up});
-    EXPECT_EQ(marked_cells(), expected);
-    nBodyCells = 0;
-    mark({down});
-    EXPECT_EQ(marked_cells(), expected);
-}
-
 //  X-cut body tapering in y from 100 at x = 0 to 40 at x = 100, z 0 .. 100 (one Z cell):
 //
 //  y 100 +---------+            cross-section at each slab's middle:
