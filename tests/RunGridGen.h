@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cstdarg>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,34 @@ struct RunResult {
     std::string strStdout;
     std::string strStderr;
 };
+
+// Runs a program from a directory with its own streams captured; `tick` is called every 0.1 s
+// while it runs, with the seconds since its start.
+inline RunResult RunProgram(const char* program, const std::vector<std::string>& arguments,
+                            const std::string& directory,
+                            const std::function<void(double)>& tick = nullptr) {
+    ScratchDir capture;
+    const std::string outPath = capture / "stdout", errPath = capture / "stderr";
+    fflush(nullptr);
+    const pid_t pid = fork();
+    if (pid == 0) {
+        std::vector<char*> argv = {const_cast<char*>(program)};
+        for (const std::string& argument : arguments)
+            argv.push_back(const_cast<char*>(argument.c_str()));
+        argv.push_back(nullptr);
+        if (chdir(directory.c_str()) == 0 && freopen(outPath.c_str(), "w", stdout) &&
+            freopen(errPath.c_str(), "w", stderr))
+            execv(program, argv.data());
+        _exit(121);
+    }
+    int status = 0;
+    for (int n = 1; waitpid(pid, &status, tick ? WNOHANG : 0) == 0; ++n) {
+        usleep(100000);
+        tick(0.1 * n);
+    }
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadWholeFile(outPath),
+            ReadWholeFile(errPath)};
+}
 
 // A run directory holding "proj.Grid" and "rotor.SlvrRot"; Run() starts the executable from it,
 // so relative names in the project land there, and captures its own streams.
@@ -58,25 +87,7 @@ class GridGenRun : public ScratchDir {
 
     RunResult Run() const { return Run(Arguments()); }
     RunResult Run(const std::vector<std::string>& arguments) const {
-        ScratchDir capture;
-        const std::string outPath = capture / "stdout", errPath = capture / "stderr";
-        fflush(nullptr);
-        const pid_t pid = fork();
-        if (pid == 0) {
-            if (chdir(Path().c_str()) != 0) _exit(120);
-            if (!freopen(outPath.c_str(), "w", stdout) || !freopen(errPath.c_str(), "w", stderr))
-                _exit(121);
-            std::vector<char*> argv = {const_cast<char*>(KAVEX_GRIDGEN_EXE)};
-            for (const std::string& argument : arguments)
-                argv.push_back(const_cast<char*>(argument.c_str()));
-            argv.push_back(nullptr);
-            execv(KAVEX_GRIDGEN_EXE, argv.data());
-            _exit(122);
-        }
-        int status = 0;
-        waitpid(pid, &status, 0);
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadWholeFile(outPath),
-                ReadWholeFile(errPath)};
+        return RunProgram(KAVEX_GRIDGEN_EXE, arguments, Path());
     }
 };
 
