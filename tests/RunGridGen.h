@@ -91,6 +91,27 @@ class GridGenRun : public ScratchDir {
     }
 };
 
+// A body record in the front end's layout.
+inline std::string Body(const std::string& name, const std::string& type, const std::string& points,
+                        bool used = true) {
+    return "    New Body\n        name: " + name + "\n        type: " + type +
+           "\n        Points File: " + points +
+           "\n        used in solver: " + (used ? "True" : "False") + "\n    #\n";
+}
+
+// A project: the options' lines, the body records, and on every axis the same grid specs.
+inline std::string Project(const std::string& options, const std::string& bodies,
+                           const std::vector<std::string>& specs) {
+    std::string text = "Start Options\n" + options + "End Options\nStart Body Definitions\n" +
+                       bodies + "End Body Definitions\n";
+    for (const char axis : {'X', 'Y', 'Z'}) {
+        text += Fmt("Body %c-GridSpec\n", axis);
+        for (const std::string& spec : specs) text += "    New GridSpec\n" + spec + "    #\n";
+        text += Fmt("End %c-Grid Spec\n", axis);
+    }
+    return text;
+}
+
 // The grid file for the final corner points of each axis and the translation; it lists no body
 // cells, whatever the run blocked.
 inline std::string GridFile(const std::vector<double> (&corners)[3], double tx, double ty,
