@@ -1,5 +1,5 @@
-// End-to-end helpers: the executable run in a scratch run directory, and the solver file a run
-// should write, built by independent formatting.
+// End-to-end helpers: the executable run in a scratch run directory, and the project, grid and
+// solver files of a run, built by independent formatting.
 #pragma once
 
 #include <stdio.h>
@@ -61,6 +61,7 @@ inline RunResult RunProgram(const char* program, const std::vector<std::string>&
             ReadWholeFile(errPath)};
 }
 
+#ifdef KAVEX_GRIDGEN_EXE  // suites that run the executable
 // A run directory holding "proj.Grid" and "rotor.SlvrRot"; Run() starts the executable from it,
 // so relative names in the project land there, and captures its own streams.
 class GridGenRun : public ScratchDir {
@@ -91,6 +92,8 @@ class GridGenRun : public ScratchDir {
     }
 };
 
+#endif
+
 // A body record in the front end's layout.
 inline std::string Body(const std::string& name, const std::string& type, const std::string& points,
                         bool used = true) {
@@ -112,12 +115,11 @@ inline std::string Project(const std::string& options, const std::string& bodies
     return text;
 }
 
-// The grid file for the final corner points of each axis and the translation; it lists no body
-// cells, whatever the run blocked.
-inline std::string GridFile(const std::vector<double> (&corners)[3], double tx, double ty,
-                            double tz) {
+// The grid file for the final corner points of each axis, after the given first line; it lists no
+// body cells, whatever the run blocked.
+inline std::string GridFile(const std::vector<double> (&corners)[3], const std::string& first) {
     const int n[3] = {int(corners[0].size()), int(corners[1].size()), int(corners[2].size())};
-    std::string text = Fmt("# %f %f %f\n%d %d %d\n", tx, ty, tz, n[0], n[1], n[2]);
+    std::string text = Fmt("%s\n%d %d %d\n", first.c_str(), n[0], n[1], n[2]);
     for (int c = 0; c < 3; ++c)
         for (int k = 0; k < n[2]; ++k)
             for (int j = 0; j < n[1]; ++j)

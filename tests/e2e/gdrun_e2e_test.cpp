@@ -117,7 +117,8 @@ std::string corner_table(const Axis a[3]) {
 
 void expect_files(const RunDir& run, const Axis a[3], const std::string& debug) {
     const Pts corners[3] = {a[0].final, a[1].final, a[2].final};
-    EXPECT_EQ(run.Read("KX3.grid.dat"), GridFile(corners, a[0].t, a[1].t, a[2].t));
+    EXPECT_EQ(run.Read("KX3.grid.dat"),
+              GridFile(corners, Fmt("# %f %f %f", a[0].t, a[1].t, a[2].t)));
     EXPECT_EQ(run.Read("SolverGdInp.dat"), SolverFile(corners));
     EXPECT_EQ(run.Read("Lcl2Gbl.dat"), Fmt("%f %f %f \n", a[0].t, a[1].t, a[2].t));
     EXPECT_EQ(run.Read("Kavex3_GridGen.out"), run.DriverLog() + debug);
