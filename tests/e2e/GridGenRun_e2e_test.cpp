@@ -19,13 +19,9 @@ std::set<std::string> FilesIn(const std::string& directory) {
 
 const std::string kBanner = "Vantor Version 0.9.15 (Beta) Build 396\n\n";
 
-const std::string kCutProject =
-    "Start Options\n    Grid Start Point: (0.0,0.0,0.0)\n    Debug Level: 0\n"
-    "    Layer File: layers.dat\nEnd Options\nStart Body Definitions\n    New Body\n"
-    "                          name: Plate\n                          type: XcutPlanes\n"
-    "                   Points File: plate.cut\n                used in solver: True\n    #\n"
-    "End Body Definitions\nBody X-GridSpec\n    New GridSpec\n        in: Plate\n"
-    "        number of Grids: 2\n    #\nEnd X-Grid Spec\n";
+const std::string kCutProject = Project(
+    "    Grid Start Point: (0.0,0.0,0.0)\n    Debug Level: 0\n    Layer File: layers.dat\n",
+    Body("Plate", "XcutPlanes", "plate.cut"), {"        in: Plate\n        number of Grids: 2\n"});
 
 // A cut-body project; the plate's points are where the driver points the generator: two planes
 // of a unit square. Six empty layer lists.
@@ -138,15 +134,9 @@ TEST(GridGenRun, MissingOrEmptyProjectAndUnreadableRotorStillFinish) {
     }
 }
 
-// A project whose one body is an STL surface with the given points file.
-std::string StlProject(const std::string& pointsFile) {
-    return "Start Body Definitions\n  New Body\n   type: STL\n   Points File: " + pointsFile +
-           "\n   used in solver: True\n  #\nEnd Body Definitions\n";
-}
-
 TEST(GridGenRun, UnreadableSurfaceBodyEndsTheProcessByItsException) {
     CutProjectRun run;
-    WriteWholeFile(run.strProject, StlProject(run / "missing.stl"));
+    WriteWholeFile(run.strProject, Project("", Body("B", "STL", run / "missing.stl"), {}));
     const RunResult r = run.Run();
     // Nobody catches the mesh library's exception: the runtime ends the process, with no exit
     // status and the temporary files left behind.
