@@ -1,5 +1,5 @@
-// End-to-end helpers: the executable run in a scratch run directory, and the solver file a run
-// should write, built by independent formatting.
+// End-to-end helpers: the executable run in a scratch run directory, and the project, grid and
+// solver files of a run, built by independent formatting.
 #pragma once
 
 #include <stdio.h>
@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cstdarg>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,35 @@ struct RunResult {
     std::string strStderr;
 };
 
+// Runs a program from a directory with its own streams captured; `tick` is called every 0.1 s
+// while it runs, with the seconds since its start.
+inline RunResult RunProgram(const char* program, const std::vector<std::string>& arguments,
+                            const std::string& directory,
+                            const std::function<void(double)>& tick = nullptr) {
+    ScratchDir capture;
+    const std::string outPath = capture / "stdout", errPath = capture / "stderr";
+    fflush(nullptr);
+    const pid_t pid = fork();
+    if (pid == 0) {
+        std::vector<char*> argv = {const_cast<char*>(program)};
+        for (const std::string& argument : arguments)
+            argv.push_back(const_cast<char*>(argument.c_str()));
+        argv.push_back(nullptr);
+        if (chdir(directory.c_str()) == 0 && freopen(outPath.c_str(), "w", stdout) &&
+            freopen(errPath.c_str(), "w", stderr))
+            execv(program, argv.data());
+        _exit(121);
+    }
+    int status = 0;
+    for (int n = 1; waitpid(pid, &status, tick ? WNOHANG : 0) == 0; ++n) {
+        usleep(100000);
+        tick(0.1 * n);
+    }
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadWholeFile(outPath),
+            ReadWholeFile(errPath)};
+}
+
+#ifdef KAVEX_GRIDGEN_EXE  // suites that run the executable
 // A run directory holding "proj.Grid" and "rotor.SlvrRot"; Run() starts the executable from it,
 // so relative names in the project land there, and captures its own streams.
 class GridGenRun : public ScratchDir {
@@ -58,34 +88,38 @@ class GridGenRun : public ScratchDir {
 
     RunResult Run() const { return Run(Arguments()); }
     RunResult Run(const std::vector<std::string>& arguments) const {
-        ScratchDir capture;
-        const std::string outPath = capture / "stdout", errPath = capture / "stderr";
-        fflush(nullptr);
-        const pid_t pid = fork();
-        if (pid == 0) {
-            if (chdir(Path().c_str()) != 0) _exit(120);
-            if (!freopen(outPath.c_str(), "w", stdout) || !freopen(errPath.c_str(), "w", stderr))
-                _exit(121);
-            std::vector<char*> argv = {const_cast<char*>(KAVEX_GRIDGEN_EXE)};
-            for (const std::string& argument : arguments)
-                argv.push_back(const_cast<char*>(argument.c_str()));
-            argv.push_back(nullptr);
-            execv(KAVEX_GRIDGEN_EXE, argv.data());
-            _exit(122);
-        }
-        int status = 0;
-        waitpid(pid, &status, 0);
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadWholeFile(outPath),
-                ReadWholeFile(errPath)};
+        return RunProgram(KAVEX_GRIDGEN_EXE, arguments, Path());
     }
 };
 
-// The grid file for the final corner points of each axis and the translation; it lists no body
-// cells, whatever the run blocked.
-inline std::string GridFile(const std::vector<double> (&corners)[3], double tx, double ty,
-                            double tz) {
+#endif
+
+// A body record in the front end's layout.
+inline std::string Body(const std::string& name, const std::string& type, const std::string& points,
+                        bool used = true) {
+    return "    New Body\n        name: " + name + "\n        type: " + type +
+           "\n        Points File: " + points +
+           "\n        used in solver: " + (used ? "True" : "False") + "\n    #\n";
+}
+
+// A project: the options' lines, the body records, and on every axis the same grid specs.
+inline std::string Project(const std::string& options, const std::string& bodies,
+                           const std::vector<std::string>& specs) {
+    std::string text = "Start Options\n" + options + "End Options\nStart Body Definitions\n" +
+                       bodies + "End Body Definitions\n";
+    for (const char axis : {'X', 'Y', 'Z'}) {
+        text += Fmt("Body %c-GridSpec\n", axis);
+        for (const std::string& spec : specs) text += "    New GridSpec\n" + spec + "    #\n";
+        text += Fmt("End %c-Grid Spec\n", axis);
+    }
+    return text;
+}
+
+// The grid file for the final corner points of each axis, after the given first line; it lists no
+// body cells, whatever the run blocked.
+inline std::string GridFile(const std::vector<double> (&corners)[3], const std::string& first) {
     const int n[3] = {int(corners[0].size()), int(corners[1].size()), int(corners[2].size())};
-    std::string text = Fmt("# %f %f %f\n%d %d %d\n", tx, ty, tz, n[0], n[1], n[2]);
+    std::string text = Fmt("%s\n%d %d %d\n", first.c_str(), n[0], n[1], n[2]);
     for (int c = 0; c < 3; ++c)
         for (int k = 0; k < n[2]; ++k)
             for (int j = 0; j < n[1]; ++j)

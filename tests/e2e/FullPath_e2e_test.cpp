@@ -17,28 +17,12 @@ struct Box {
     double lo[3], hi[3];
 };
 
-// Grid specs refer to the body named B.
-std::string Body(const std::string& type, const std::string& points, bool used = true,
-                 const std::string& name = "B") {
-    return "    New Body\n        name: " + name + "\n        type: " + type +
-           "\n        Points File: " + points +
-           "\n        used in solver: " + (used ? "True" : "False") + "\n    #\n";
-}
-
 // Each axis: 2 cells from L-1 to L0 of body B, 4 in it, 2 from L1 to L2.
-std::string Project(const std::string& bodies, const std::string& options = "") {
-    std::string text =
-        "Start Options\n    Debug Level: 0\n    Solver Input File: SolverGdInp.dat\n" + options +
-        "End Options\nStart Body Definitions\n" + bodies + "    #\nEnd Body Definitions\n";
-    for (const std::string axis : {"X", "Y", "Z"}) {
-        text += "Body " + axis + "-GridSpec\n";
-        for (const char* spec :
-             {"from: B L-1.0\n to: B L0.0\n number of Grids: 2\n", "in: B\n number of Grids: 4\n",
-              "from: B L1.0\n to: B L2.0\n number of Grids: 2\n"})
-            text += std::string("    New GridSpec\n ") + spec + " GP Ratio: 1.0\n    #\n";
-        text += "End " + axis + "-Grid Spec\n";
-    }
-    return text;
+std::string BProject(const std::string& bodies, const std::string& options = "") {
+    return Project("    Debug Level: 0\n    Solver Input File: SolverGdInp.dat\n" + options, bodies,
+                   {"from: B L-1.0\nto: B L0.0\nnumber of Grids: 2\nGP Ratio: 1.0\n",
+                    "in: B\nnumber of Grids: 4\nGP Ratio: 1.0\n",
+                    "from: B L1.0\nto: B L2.0\nnumber of Grids: 2\nGP Ratio: 1.0\n"});
 }
 
 // An ASCII STL box, two facets per face, drawn from its eight corners (bit a of c: hi on axis a).
@@ -114,7 +98,7 @@ Box Moved(Box b, double by, double scale = 1.0) {
 }  // namespace
 
 TEST(FullPath, UnitCubeWholeFiles) {
-    GridGenRun run(Project(Body("STL", kCube)));
+    GridGenRun run(BProject(Body("B", "STL", kCube)));
     ASSERT_EQ(run.Run().status, 0);
     EXPECT_EQ(run.Read("Kavex3_GridGen.out"),
               "Vantor Version 0.9.15 (Beta) Build 396\n\nReading .Grid file (" + run.strProject +
@@ -153,28 +137,28 @@ TEST(FullPath, MadeBodies) {
         std::vector<Box> blocked;  // in the grid's coordinates
     } cases[] = {
         {"two bodies",
-         Body("STL", kCube) + Body("STL", "side.stl", true, "S"),
+         Body("B", "STL", kCube) + Body("S", "STL", "side.stl"),
          "",
          {Moved(kUnitCube, 1.5), Moved(side, 1.5)}},
         {"unused body",
-         Body("STL", kCube) + Body("STL", "side.stl", false, "S"),
+         Body("B", "STL", kCube) + Body("S", "STL", "side.stl", false),
          "",
          {Moved(kUnitCube, 1.5)}},
-        {"nothing used", Body("STL", kCube, false), "", {}},
+        {"nothing used", Body("B", "STL", kCube, false), "", {}},
         // The generator scales the box too; the translation is in the scaled units.
         {"conversion factor",
-         Body("STL", kCube),
+         Body("B", "STL", kCube),
          "    Conversion Factor: (0.5, 0.5, 0.5)\n",
          {Moved(kUnitCube, 0.75, 0.5)}},
         // Body 2's cut file, as the front end placed it: a square at x = 1.0 and 1.5. Its cells
         // are the generator's: those inside the stack, mirrored into the zero-width end layer.
         {"mixed",
-         Body("STL", kCube) + Body("XcutPlanes", "plate.cut", true, "P"),
+         Body("B", "STL", kCube) + Body("P", "XcutPlanes", "plate.cut"),
          "",
          {Moved(kUnitCube, 1.5), {{2.55, 1.3, 1.3}, {3.0, 1.7, 1.7}}}},
     };
     for (const auto& c : cases) {
-        std::string project = Project(c.bodies, c.options);
+        std::string project = BProject(c.bodies, c.options);
         // Without a solver input file of its own the project gets the generator's default.
         if (std::string(c.name) == "two bodies") project.erase(project.find("    Solver"), 39);
         GridGenRun run(project);
@@ -201,7 +185,7 @@ TEST(FullPath, RealBodies) {
              {"STL", "/stl/blade.stl"},
              {"STL", "/stl/bunny.stl"},
              {"Plot3D", "/plot3d/m100_refsurf_p3d.fmt"}}) {
-        GridGenRun run(Project(Body(type, data + file)));
+        GridGenRun run(BProject(Body("B", type, data + file)));
         ASSERT_EQ(run.Run().status, 0) << file;
         EXPECT_EQ(run.Read("Kavex3_GridGen.err"), "");
         const std::string grid = run.Read("KX3.grid.dat");

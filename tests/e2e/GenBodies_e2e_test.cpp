@@ -8,26 +8,18 @@
 
 namespace {
 
-// Options with the given grid start, the Bodies section around the given body records, and on
-// each axis four cells of 25 over the Domain body, 0 .. 100.
-std::string Project(const std::string& gridStart, const std::string& bodies) {
-    std::string text = "Start Options\n    Grid Start Point: " + gridStart +
+// Options with the given grid start, the given body records, and on each axis four cells of 25
+// over the Domain body, 0 .. 100.
+std::string DomainProject(const std::string& gridStart, const std::string& bodies) {
+    return Project("    Grid Start Point: " + gridStart +
                        "\n    Debug Level: 0\n    Solver Input File: SolverGdInp.dat\n"
-                       "    Layer File: layers.dat\nEnd Options\nStart Body Definitions\n" +
-                       bodies + "End Body Definitions\n";
-    for (char axis : {'X', 'Y', 'Z'})
-        text +=
-            Fmt("Body %c-GridSpec\n    New GridSpec\n        from: Domain L0.0\n"
-                "        to: Domain L1.0\n        number of Grids: 4\n        GP Ratio: 1.0\n"
-                "    #\nEnd %c-Grid Spec\n",
-                axis, axis);
-    return text;
+                       "    Layer File: layers.dat\n",
+                   bodies,
+                   {"from: Domain L0.0\nto: Domain L1.0\nnumber of Grids: 4\nGP Ratio: 1.0\n"});
 }
 
-std::string CutBody(const std::string& name, bool usedInSolver) {
-    return "    New Body\n        name: " + name +
-           "\n        type: XcutPlanes\n        Points File: " + name +
-           ".cut\n        used in solver: " + (usedInSolver ? "True" : "False") + "\n    #\n";
+std::string CutBody(const std::string& name, bool used) {
+    return Body(name, "XcutPlanes", name + ".cut", used);
 }
 
 // The domain, not used in the solver: X-cut planes at x = 0 and 100, (y, z) square 0 .. 100.
@@ -63,7 +55,7 @@ struct CutRun : GridGenRun {
 //        0   25   50   75   100 y
 TEST(GenBodiesRun, CutBodyAtTheThresholdInEitherPlaneOrderBlocksItsBoundaryCells) {
     const std::string project =
-        Project("(0.0,0.0,0.0)", CutBody("Domain", false) + CutBody("Block", true));
+        DomainProject("(0.0,0.0,0.0)", CutBody("Domain", false) + CutBody("Block", true));
     const std::string section = "22 20\n78 20\n78 78\n22 78\n";
     const std::string ascending = "2 4\n22\n" + section + "78\n" + section;
     const std::string descending =
@@ -76,7 +68,7 @@ TEST(GenBodiesRun, CutBodyAtTheThresholdInEitherPlaneOrderBlocksItsBoundaryCells
         CutRun run(project, {kDomainCut, block});
         ASSERT_EQ(run.status, 0) << run.Read("Kavex3_GridGen.err");
         EXPECT_EQ(run.Read("SolverGdInp.dat"), expected);
-        EXPECT_EQ(run.Read("KX3.grid.dat"), GridFile(kCorners, 0, 0, 0));
+        EXPECT_EQ(run.Read("KX3.grid.dat"), GridFile(kCorners, "# 0.000000 0.000000 0.000000"));
         EXPECT_EQ(run.Read("Lcl2Gbl.dat"), "0.000000 0.000000 0.000000 \n");
     }
 }
@@ -91,7 +83,7 @@ TEST(GenBodiesRun, ThinCutBodyAndRotorCentreInTheSolverFile) {
         "        center: (50,50,60)\n        radius: 10\n        half thickness: 0.1\n"
         "        Is Absolute Thickness: False\n    #\n";
     const std::string project =
-        Project("(10.0,0.0,0.0)", CutBody("Domain", false) + rotor + CutBody("Thin", true));
+        DomainProject("(10.0,0.0,0.0)", CutBody("Domain", false) + rotor + CutBody("Thin", true));
     const std::string thin =
         "2 4\n30\n25 25\n50 25\n50 75\n25 75\n32\n25 25\n100 25\n100 75\n25 75\n";
     CutRun run(project, {kDomainCut, thin});

@@ -88,16 +88,6 @@ struct Axis {
     }
 };
 
-std::string grid_file(const Axis a[3]) {
-    const Pts corners[3] = {a[0].final, a[1].final, a[2].final};
-    return GridFile(corners, a[0].t, a[1].t, a[2].t);
-}
-
-std::string solver_file(const Axis a[3], const std::vector<std::string>& cells = {}) {
-    const Pts corners[3] = {a[0].final, a[1].final, a[2].final};
-    return SolverFile(corners, cells);
-}
-
 std::string column(const Pts& x, int i) {
     const int n = int(x.size());
     if (i >= n) return Fmt(" %18s %18s %18s", " ", " ", " ");
@@ -126,8 +116,10 @@ std::string corner_table(const Axis a[3]) {
 }
 
 void expect_files(const RunDir& run, const Axis a[3], const std::string& debug) {
-    EXPECT_EQ(run.Read("KX3.grid.dat"), grid_file(a));
-    EXPECT_EQ(run.Read("SolverGdInp.dat"), solver_file(a));
+    const Pts corners[3] = {a[0].final, a[1].final, a[2].final};
+    EXPECT_EQ(run.Read("KX3.grid.dat"),
+              GridFile(corners, Fmt("# %f %f %f", a[0].t, a[1].t, a[2].t)));
+    EXPECT_EQ(run.Read("SolverGdInp.dat"), SolverFile(corners));
     EXPECT_EQ(run.Read("Lcl2Gbl.dat"), Fmt("%f %f %f \n", a[0].t, a[1].t, a[2].t));
     EXPECT_EQ(run.Read("Kavex3_GridGen.out"), run.DriverLog() + debug);
     EXPECT_EQ(run.Read("Kavex3_GridGen.err"), "");
@@ -148,9 +140,7 @@ TEST(GdRunE2E, UniformGradedOverlappingForcedFractionalAndReversedSpecs) {
     ASSERT_EQ(run.run(project), 0) << run.Read("Kavex3_GridGen.err");
 
     Axis a[3];
-    a[0].start = -5.0;
-    a[1].start = 1.5;
-    a[2].start = 100.0;
+    a[0].start = -5.0, a[1].start = 1.5, a[2].start = 100.0;
     cells(a[0].line, at(0), at(0.4), 4);
     cells(a[0].line, at(0.4), at(0.6), 10);
     cells(a[0].line, at(0.6), at(1), 4);
@@ -311,9 +301,7 @@ TEST(GdRunE2E, DebugOutputAtEachLevelThreshold) {
         ASSERT_EQ(run.run(project), 0) << run.Read("Kavex3_GridGen.err");
         Axis a[3];
         for (Axis& axis : a) axis.line = {0, 5, 10};
-        a[0].start = 1.0;
-        a[1].start = 2.0;
-        a[2].start = 3.0;
+        a[0].start = 1.0, a[1].start = 2.0, a[2].start = 3.0;
         a[0].before = {1.0, 1.0};
         for (Axis& axis : a) axis.finish();
         SCOPED_TRACE(level);

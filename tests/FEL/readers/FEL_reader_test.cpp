@@ -9,6 +9,7 @@
 #include "FEL_curvilinear_mesh.h"
 #include "FEL_exception.h"
 #include "FEL_tetrahedral_mesh.h"
+#include "RunGridGen.h"
 #include "readers/FEL_plot3d_reader.h"
 
 namespace {
@@ -25,23 +26,11 @@ int ascii_kind(const std::string& path) {
     return FEL_ascii_file_type(in);
 }
 
-// A grid file exactly as the generator writes it (empty first line): x of index i, then y of j,
-// then z of k, with i running fastest, every value " %12.5f" on one line, then the fixed tail.
+// A grid file exactly as the generator writes it, with the given first line.
 std::string grid_text(const std::vector<double>& x, const std::vector<double>& y,
                       const std::vector<double>& z, const std::string& first_line = "") {
-    std::string s = first_line + "\n";
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%d %d %d\n", int(x.size()), int(y.size()), int(z.size()));
-    s += buf;
-    for (int axis = 0; axis < 3; ++axis)
-        for (std::size_t k = 0; k < z.size(); ++k)
-            for (std::size_t j = 0; j < y.size(); ++j)
-                for (std::size_t i = 0; i < x.size(); ++i) {
-                    const double v = axis == 0 ? x[i] : axis == 1 ? y[j] : z[k];
-                    std::snprintf(buf, sizeof buf, " %12.5f", v);
-                    s += buf;
-                }
-    return s + "\n# Num. of Body Cells:\n0\n";
+    const std::vector<double> corners[3] = {x, y, z};
+    return GridFile(corners, first_line);
 }
 
 }  // namespace
