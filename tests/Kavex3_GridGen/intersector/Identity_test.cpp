@@ -68,6 +68,7 @@ void PeerCase(const char* shape, int n) {
     };
     std::string s = shape;
     if (s == "sphere20k") peers::Sphere(100, 101, add);
+    if (s == "torus") peers::Torus(add);
     if (s == "rotor") peers::Rotor(add);
     double lo[3] = {1e30, 1e30, 1e30}, hi[3] = {-1e30, -1e30, -1e30};
     for (const Triangle& t : zones[0])
@@ -83,6 +84,13 @@ void PeerCase(const char* shape, int n) {
 TEST(Identity, PeerCasesAt64) {
     PeerCase("rotor", 64);
     PeerCase("sphere20k", 64);
+}
+
+// Slow in the literal reading (minutes under the sanitizers): run with
+// --gtest_also_run_disabled_tests.
+TEST(Identity, DISABLED_PeerCasesLarger) {
+    PeerCase("torus", 64);
+    for (const char* shape : {"rotor", "sphere20k", "torus"}) PeerCase(shape, 128);
 }
 
 // Random triangles in three zones over an uneven grid, many of them with vertices exactly on

@@ -1,5 +1,5 @@
 // The shapes and graded grids of the peers' benchmark cases (../shared/peers/make_cases.py),
-// rebuilt in memory: UV spheres, the bladed rotor, and grids of N^3 cells.
+// rebuilt in memory: UV spheres, the tilted torus, the bladed rotor, and grids of N^3 cells.
 #pragma once
 
 #include <cmath>
@@ -28,6 +28,22 @@ inline void Sphere(int nlon, int nbands, const Sink& out) {
         }
         out(south, p(nbands - 1, m + 1), p(nbands - 1, m));
     }
+}
+
+inline void Torus(const Sink& out) {
+    const int nu = 256, nv = 128;
+    const double ct = std::cos(25.0 * M_PI / 180), st = std::sin(25.0 * M_PI / 180);
+    auto p = [&](int i, int j) {
+        double u = 2.0 * M_PI * (i % nu) / nu, v = 2.0 * M_PI * (j % nv) / nv;
+        double r = 1 + 0.35 * std::cos(v), x = r * std::cos(u), y = r * std::sin(u);
+        double z = 0.35 * std::sin(v);
+        return P(kOffset.x + x, kOffset.y + ct * y - st * z, kOffset.z + st * y + ct * z);
+    };
+    for (int i = 0; i < nu; ++i)
+        for (int j = 0; j < nv; ++j) {
+            out(p(i, j), p(i + 1, j), p(i + 1, j + 1));
+            out(p(i, j), p(i + 1, j + 1), p(i, j + 1));
+        }
 }
 
 inline void Rotor(const Sink& out) {
