@@ -56,28 +56,32 @@ LinkManager::Result GeneralConLink::SetField(std::size_t offset, std::size_t siz
     return result;
 }
 
+LinkManager::Result GeneralConLink::SetFlag(std::size_t offset, bool blnValue) {
+    const unsigned char flag = blnValue ? 1 : 0;
+    return SetField(offset, 1, &flag);
+}
+
+LinkManager::Result GeneralConLink::GetFlag(std::size_t offset, bool& blnValue) {
+    unsigned char flag = 0;
+    const LinkManager::Result result = GetField(offset, 1, &flag);
+    if (result == LinkManager::SUCCESS) blnValue = flag != 0;
+    return result;
+}
+
 LinkManager::Result GeneralConLink::SetStop(bool blnStop) {
-    const unsigned char flag = blnStop ? 1 : 0;
-    return SetField(kStopOffset, 1, &flag);
+    return SetFlag(kStopOffset, blnStop);
 }
 
 LinkManager::Result GeneralConLink::GetStop(bool& blnStop) {
-    unsigned char flag = 0;
-    const LinkManager::Result result = GetField(kStopOffset, 1, &flag);
-    if (result == LinkManager::SUCCESS) blnStop = flag != 0;
-    return result;
+    return GetFlag(kStopOffset, blnStop);
 }
 
 LinkManager::Result GeneralConLink::SetSuccessfulCompletion(bool blnSuccess) {
-    const unsigned char flag = blnSuccess ? 1 : 0;
-    return SetField(kSuccessOffset, 1, &flag);
+    return SetFlag(kSuccessOffset, blnSuccess);
 }
 
 LinkManager::Result GeneralConLink::GetSuccessfulCompletion(bool& blnSuccess) {
-    unsigned char flag = 0;
-    const LinkManager::Result result = GetField(kSuccessOffset, 1, &flag);
-    if (result == LinkManager::SUCCESS) blnSuccess = flag != 0;
-    return result;
+    return GetFlag(kSuccessOffset, blnSuccess);
 }
 
 // The integer and the double are stored in the host's order, which is little-endian on every

@@ -42,6 +42,9 @@ class GeneralConLink {
     LinkManager::Result GetField(std::size_t offset, std::size_t size, void* value);
     // Writes size bytes from value at offset, retrying until no other change came between.
     LinkManager::Result SetField(std::size_t offset, std::size_t size, const void* value);
+    // One byte of the record as a flag: 1 set, 0 clear.
+    LinkManager::Result SetFlag(std::size_t offset, bool blnValue);
+    LinkManager::Result GetFlag(std::size_t offset, bool& blnValue);
 
     std::uint32_t m_linkId;
 };
