@@ -2,8 +2,8 @@
 // the whole runs of open cells that hold them, and the rows beside take those runs as seeds.
 // Reachability through open cells does not depend on the order, so the walk reaches exactly the
 // cells that a cell-by-cell walk reaches, and meets the same closed cells: those beside a reached
-// cell, and closed seeds. The bits are a sixtieth of the cells' bytes and stay in cache; the
-// cells are read and written in parallel slabs before and after.
+// cell, and closed seeds. Three bits a cell stay in cache where the 8-byte cells would not;
+// the cells are read and written in parallel slabs before and after.
 #pragma once
 
 #include <algorithm>
