@@ -103,13 +103,19 @@ int IsCellInteriorPlain(FEL_vector3<int> p, GridCellArray& cells, GridCell& cell
 void ClassifyCells(FEL_pointer<FEL_mesh> mesh) {
     int d[3];
     mesh->get_structured_dimensions(d);
+    GridCell* data = g_gridCells.Data();
+    const int threads = g_intersectOptions.m_blnPlain ? 1 : IntersectThreads();
     CellWalk walk(g_gridCells);
+    walk.SetOpen(threads, [data](std::size_t id) { return data[id].m_eState != CELL_INTERSECTED; });
     ++GridCell::s_ushtNewCounter;
-    long count = 0;
     // The seed is fixed; a grid without it (one cell along k) gets no exterior.
     if (d[0] >= 2 && d[1] >= 2 && d[2] >= 3) walk.Seed(0, 0, 1);
-    walk.Run([](const GridCell& c) { return c.m_eState != CELL_INTERSECTED; },
-             [](GridCell& c) { c.m_eState = CELL_EXTERIOR; }, [&](GridCell&) { ++count; });
+    walk.Run();
+    const std::uint16_t mark = GridCell::s_ushtNewCounter;
+    const long count = long(walk.EachVisited(threads, [data, mark](std::size_t id, bool open) {
+        data[id].m_ushtCounter = mark;
+        if (open) data[id].m_eState = CELL_EXTERIOR;
+    }));
     if (g_blnDebug) std::cout << "There were " << count << " intersected cells." << std::endl;
 }
 

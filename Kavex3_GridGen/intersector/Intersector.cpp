@@ -15,7 +15,8 @@
 GridCellArray g_gridCells;
 
 std::size_t IntersectBytesPerCell() {
-    return sizeof(GridCell) + 4 * sizeof(std::uint32_t);
+    // The last term covers the walks' bit rows.
+    return sizeof(GridCell) + 4 * sizeof(std::uint32_t) + 1;
 }
 
 namespace {
@@ -67,8 +68,8 @@ void WalkPlain(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
 // Every cell gets its witnesses, then the walk keeps those of the cells it reaches.
 void WalkFast(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
     const int threads = IntersectThreads();
-    // The walk is single-threaded: bring the cells' pages in on all threads first, while every
-    // cell is still all zero bytes.
+    // Brings the cells' pages in on all threads while every cell is still all zero bytes, so
+    // that the witness lists land in memory already there.
     char* bytes = reinterpret_cast<char*>(cells.Data());
     const std::size_t size = cells.Size() * sizeof(GridCell), pieces = 16 * std::size_t(threads);
     RunPieces(int(pieces), threads, [&](int piece) {
@@ -77,17 +78,24 @@ void WalkFast(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
     });
     FindAllWitnesses(cells, grids, threads);
     CellWalk walk(cells);
+    walk.OpenAll();
+    for (std::uint32_t handle = 1; handle <= cells.ListCount(); ++handle)
+        walk.Close(cells.ListCell(handle));
     ++GridCell::s_ushtNewCounter;
     PushCorners(walk);
-    walk.Run([](const GridCell& c) { return c.m_vecTriangles.empty(); }, [](GridCell&) {},
-             [](GridCell& c) { c.m_eState = CELL_INTERSECTED; });
+    walk.Run();
+    const std::uint16_t mark = GridCell::s_ushtNewCounter;
+    GridCell* data = cells.Data();
+    walk.EachVisited(threads, [data, mark](std::size_t id, bool open) {
+        data[id].m_ushtCounter = mark;
+        if (!open) data[id].m_eState = CELL_INTERSECTED;
+    });
     std::vector<std::uint32_t> ids, starts;
     std::vector<Triangle*> entries;
-    GridCell* data = cells.Data();
     // The lists run in ascending cell order.
     for (std::uint32_t handle = 1; handle <= cells.ListCount(); ++handle) {
         std::size_t id = cells.ListCell(handle);
-        if (data[id].m_ushtCounter != GridCell::s_ushtNewCounter) continue;
+        if (data[id].m_ushtCounter != mark) continue;
         TriangleSpan s = cells.Triangles(data[id]);
         ids.push_back(std::uint32_t(id));
         starts.push_back(std::uint32_t(entries.size()));
