@@ -37,13 +37,6 @@ struct CutProjectRun : GridGenRun {
 
 const std::set<std::string> kInputs = {"proj.Grid", "rotor.SlvrRot", "1-x.cut", "layers.dat"};
 
-std::set<std::string> InputsAnd(std::initializer_list<std::string> more) {
-    std::set<std::string> names = kInputs;
-    names.insert({"Kavex3_GridGen.out", "Kavex3_GridGen.err"});
-    names.insert(more);
-    return names;
-}
-
 }  // namespace
 
 TEST(GridGenRun, CutBodyProjectTakesTheShortPathAndCleansUp) {
@@ -54,7 +47,10 @@ TEST(GridGenRun, CutBodyProjectTakesTheShortPathAndCleansUp) {
     EXPECT_EQ(run.Log(".out"), run.DriverLog());
     EXPECT_EQ(run.Log(".err"), "");
     // The temporary files are gone; the generator's files stay.
-    EXPECT_EQ(FilesIn(run.Path()), InputsAnd({"KX3.grid.dat", "SolverGdInp.dat", "Lcl2Gbl.dat"}));
+    std::set<std::string> files = kInputs;
+    files.insert({"Kavex3_GridGen.out", "Kavex3_GridGen.err", "KX3.grid.dat", "SolverGdInp.dat",
+                  "Lcl2Gbl.dat"});
+    EXPECT_EQ(FilesIn(run.Path()), files);
     EXPECT_EQ(run.Read("proj.Grid"), kCutProject);
 }
 

@@ -20,16 +20,16 @@ namespace {
 
 using Edits = std::vector<std::pair<std::string, std::string>>;
 
-// A copy of an example in a scratch run directory, its cut files supplied as run.sh does.
+// A copy of an example in a scratch run directory, its cut file supplied as run.sh does.
 class ExampleRun : public ScratchDir {
   public:
     explicit ExampleRun(const std::string& example)
-        : m_dir(KAVEX_SOURCE_DIR "/examples/" + example) {
-        m_project = example == "cut_body" ? "block.Grid" : "rotor.Grid";
-        for (const char* name : {"block.Grid", "block.cut", "rotor.Grid", "layers.dat"})
-            if (PathExists(m_dir + "/" + name)) m_files.push_back(name);
+        : m_project(example == "cut_body" ? "block.Grid" : "rotor.Grid") {
+        m_files = {m_project, "layers.dat"};
+        if (example == "cut_body") m_files.push_back("block.cut");
         for (const std::string& name : m_files)
-            WriteWholeFile(*this / name, ReadWholeFile(m_dir + "/" + name));
+            WriteWholeFile(*this / name, ReadWholeFile(KAVEX_SOURCE_DIR "/examples/" + example +
+                                                       "/" + name));
         WriteWholeFile(*this / "r.SlvrRot", "0\n");
     }
     const std::vector<std::string>& files() const { return m_files; }
@@ -44,25 +44,21 @@ class ExampleRun : public ScratchDir {
         WriteWholeFile(*this / name, text);
         return true;
     }
-    // The exit status, or 1000 + the signal, 124 for a timeout.
+    // The exit status, or 1000 + the signal, 124 for a timeout. A sanitizer's report ends the run
+    // with its own status; outputs stay below 200 MB.
     int run() const {
-        if (PathExists(*this / "block.cut"))
-            WriteWholeFile(*this / "1-x.cut", ReadWholeFile(*this / "block.cut"));
-        // A sanitizer's report ends the run with its own status; outputs stay below 200 MB.
         const std::string cmd =
-            "cd '" + Path() +
-            "' && ulimit -f 200000 && "
-            "ASAN_OPTIONS=\"${ASAN_OPTIONS:+$ASAN_OPTIONS:}exitcode=86\" UBSAN_OPTIONS=exitcode=87 "
-            "timeout 60 '" KAVEX_GRIDGEN_EXE "' -Grid '" +
-            (*this / m_project) + "' -SlvrRot '" + (*this / "r.SlvrRot") + "' -pth '" + Path() +
-            "' >/dev/null 2>&1";
+            "cd '" + Path() + "' && { [ ! -f block.cut ] || cp block.cut 1-x.cut; } && " +
+            "ulimit -f 200000 && ASAN_OPTIONS=\"${ASAN_OPTIONS:+$ASAN_OPTIONS:}exitcode=86\" " +
+            "UBSAN_OPTIONS=exitcode=87 timeout 60 '" KAVEX_GRIDGEN_EXE "' -Grid " + m_project +
+            " -SlvrRot r.SlvrRot -pth '" + Path() + "' >/dev/null 2>&1";
         const int status = std::system(cmd.c_str());
         return WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
     }
     std::string err() const { return ReadWholeFile(*this / "Kavex3_GridGen.err"); }
 
   private:
-    std::string m_dir, m_project;
+    std::string m_project;
     std::vector<std::string> m_files;
 };
 
