@@ -39,21 +39,6 @@ const std::set<std::string> kInputs = {"proj.Grid", "rotor.SlvrRot", "1-x.cut", 
 
 }  // namespace
 
-TEST(GridGenRun, CutBodyProjectTakesTheShortPathAndCleansUp) {
-    CutProjectRun run;
-    const RunResult r = run.Run();
-    EXPECT_EQ(r.status, 0);
-    EXPECT_EQ(r.strStdout + r.strStderr, "");
-    EXPECT_EQ(run.Log(".out"), run.DriverLog());
-    EXPECT_EQ(run.Log(".err"), "");
-    // The temporary files are gone; the generator's files stay.
-    std::set<std::string> files = kInputs;
-    files.insert({"Kavex3_GridGen.out", "Kavex3_GridGen.err", "KX3.grid.dat", "SolverGdInp.dat",
-                  "Lcl2Gbl.dat"});
-    EXPECT_EQ(FilesIn(run.Path()), files);
-    EXPECT_EQ(run.Read("proj.Grid"), kCutProject);
-}
-
 // Without one of the three parameters, or with a run directory that can't take the logs, the run
 // ends before writing anything.
 TEST(GridGenRun, MissingParameterOrLogDirectoryFailsBeforeTheLogs) {

@@ -20,12 +20,16 @@ using Pts = std::vector<double>;
 //      0     10
 const char* kCube = "2 5\n0\n0 0\n0 10\n10 10\n10 0\n0 0\n10\n0 0\n0 10\n10 10\n10 0\n0 0\n";
 
-// One run of a project on the cube; the status is the executable's.
+// One run of a project on the cube; the status is the executable's. The run says nothing on its
+// own streams and leaves the project as it was.
 struct RunDir : GridGenRun {
     int run(const std::string& project) {
         WriteWholeFile(strProject, project);
         Write("1-x.cut", kCube);
-        return Run().status;
+        const RunResult r = Run();
+        EXPECT_EQ(r.strStdout + r.strStderr, "");
+        EXPECT_EQ(Read("proj.Grid"), project);
+        return r.status;
     }
 };
 
@@ -123,7 +127,8 @@ void expect_files(const RunDir& run, const Axis a[3], const std::string& debug) 
     EXPECT_EQ(run.Read("Lcl2Gbl.dat"), Fmt("%f %f %f \n", a[0].t, a[1].t, a[2].t));
     EXPECT_EQ(run.Read("Kavex3_GridGen.out"), run.DriverLog() + debug);
     EXPECT_EQ(run.Read("Kavex3_GridGen.err"), "");
-    EXPECT_FALSE(PathExists(run / "temp.Grid"));
+    for (const char* temporary : {"temp.Grid", "temp.SlvrRot", "temp.ClWdths"})
+        EXPECT_FALSE(PathExists(run / temporary)) << temporary;
 }
 
 TEST(GdRunE2E, UniformGradedOverlappingForcedFractionalAndReversedSpecs) {
