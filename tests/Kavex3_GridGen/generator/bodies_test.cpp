@@ -34,10 +34,10 @@ std::vector<double> box(const Body& b) {
 const std::vector<double> kUnset(6, DBL_MAX);
 
 TEST_F(BodiesTest, CutBodiesGetTheirBoxOnEveryAxis) {
-    const std::string file = write_temp_file("planes.cut", kTwoPlanes);
-    for (int type = 0; type < 3; ++type) add_body("cut", type)->pointsFile = strdup(file.c_str());
+    const std::string planes = file("planes.cut", kTwoPlanes);
+    for (int type = 0; type < 3; ++type) add_body("cut", type)->pointsFile = strdup(planes.c_str());
     Body* moved = add_body("moved", 1);
-    moved->pointsFile = strdup(file.c_str());
+    moved->pointsFile = strdup(planes.c_str());
     moved->origin[0] = 1, moved->origin[1] = 10, moved->origin[2] = 100;
     add_body("empty", 0)->pointsFile = strdup("");
     add_body("none", 2)->usedInSolver = 0;
@@ -77,7 +77,7 @@ TEST_F(BodiesTest, RotorAndCuboidBoxesFollowTheirScaleRules) {
         add_body("ydisc", 5)->rotor = &absolute;
         add_body("box", 3)->cuboid = corners;
         add_body("lost", 6);  // rotor type without a rotor: box untouched
-        add_body("zcut", 2)->pointsFile = strdup(write_temp_file("z.cut", kTwoPlanes).c_str());
+        add_body("zcut", 2)->pointsFile = strdup(file("z.cut", kTwoPlanes).c_str());
         bodies_lex_input_done();
         if (!scaled) {
             // h = 2 * 0.1 on X, radius 2 on Y and Z.
@@ -113,8 +113,8 @@ TEST_F(BodiesTest, ExtentsAndTranslationCoverAllBodies) {
     double v[6] = {DBL_MAX, DBL_MAX, DBL_MAX, DBL_MAX, DBL_MAX, DBL_MAX};
     set_all_bodies_min_max(&v[0], &v[1], &v[2], &v[3], &v[4], &v[5]);
     EXPECT_EQ(std::vector<double>(v, v + 6), kUnset);
-    const std::string file = write_temp_file("x.cut", kTwoPlanes);
-    add_body("cut", 0)->pointsFile = strdup(file.c_str());
+    const std::string planes = file("x.cut", kTwoPlanes);
+    add_body("cut", 0)->pointsFile = strdup(planes.c_str());
     Rotor r{{10, 20, 30}, 1, 0.5, 1, 0.02};
     add_body("disc", 6)->rotor = &r;
     bodies_lex_input_done();
@@ -172,7 +172,7 @@ TEST_F(BodiesDeathTest, PointsFileFailuresEndWithStatusOne) {
          "file '.*short.cut', number of cuts of 1 points = 2: the 9 bytes left in the file can not "
          "hold so many"}};
     for (const auto& [name, text, message] : bad) {
-        allBdys[0].pointsFile = strdup(write_temp_file(name, text).c_str());
+        allBdys[0].pointsFile = strdup(file(name, text).c_str());
         EXPECT_EXIT(bodies_lex_input_done(), testing::ExitedWithCode(1),
                     "\nError: " + std::string(message) + "\n$");
     }

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <array>
 #include <cstdio>
@@ -15,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "ScratchDir.h"
 #include "generator/bodies.h"
 #include "generator/bodycells.h"
 #include "generator/gdrecords.h"
@@ -142,17 +142,10 @@ class GenTest : public ::testing::Test {
         for (GridLine* line : {&Xgdln, &Ygdln, &Zgdln}) std::free(line->gdpts);
         reset_generator_records();
     }
-};
-
-// Writes text to a file named after the process and name in the test temp folder.
-inline std::string write_temp_file(const std::string& name, const std::string& text) {
-    const std::string path =
-        ::testing::TempDir() + "geninput_" + std::to_string(getpid()) + "_" + name;
-    FILE* f = std::fopen(path.c_str(), "w");
-    EXPECT_NE(f, nullptr) << path;
-    if (f) {
-        std::fputs(text.c_str(), f);
-        std::fclose(f);
+    // Writes text to a file of that name in the test's own folder; returns its path.
+    std::string file(const std::string& name, const std::string& text) const {
+        WriteWholeFile(dir_ / name, text);
+        return dir_ / name;
     }
-    return path;
-}
+    ScratchDir dir_;
+};

@@ -82,9 +82,9 @@ End Y-Grid Spec
 )";
 
 TEST_F(ReadFileCTest, ProjectFillsOptionsLinesAndBodies) {
-    const std::string wing = write_temp_file(
-        "wing.cut", "# wing\n2  2\n0.0\n -1.0  0.0\n  1.0  0.5\n3.0\n-0.5 0\n0.5 0.25\n");
-    manage_gridgen_input(write_temp_file("project.spec", with_file(kProject, wing)).c_str());
+    const std::string wing =
+        file("wing.cut", "# wing\n2  2\n0.0\n -1.0  0.0\n  1.0  0.5\n3.0\n-0.5 0\n0.5 0.25\n");
+    manage_gridgen_input(file("project.spec", with_file(kProject, wing)).c_str());
     EXPECT_EQ((std::vector<double>(gd_options.gridStart, gd_options.gridStart + 3)),
               (std::vector<double>{-1.5, 0.0, 2.0}));
     EXPECT_STREQ(gd_options.solverInpFile, "run/solver.inp");
@@ -124,7 +124,7 @@ TEST_F(ReadFileCTest, DerivedOptionsTakePreferredNamesAndDebugFile) {
     pref_options.layerFile = strdup("pref.lyr");
     pref_options.solverInpFile = strdup("pref.inp");
     gd_options.layerFile = strdup("own.lyr");
-    gd_options.debugFile = strdup(write_temp_file("debug.out", "").c_str());
+    gd_options.debugFile = strdup(file("debug.out", "").c_str());
     set_derived_options2();
     EXPECT_STREQ(gd_options.layerFile, "pref.lyr");
     EXPECT_STREQ(gd_options.solverInpFile, "pref.inp");
@@ -191,7 +191,7 @@ TEST_F(ReadFileCTest, PositionsRelativeToBodies) {
 // "Main Wing" is two X planes at 0 and 8, each a single point (0, 0). The blank behind
 // "from:" is part of the key: that position is empty.
 TEST_F(ReadFileCTest, RecordEndsAndSplitPositions) {
-    const std::string wing = write_temp_file("mainwing.cut", "2 1\n0.0\n0 0\n8.0\n0 0\n");
+    const std::string wing = file("mainwing.cut", "2 1\n0.0\n0 0\n8.0\n0 0\n");
     const char* const text = R"(Start Body Definitions
 New Body
 center: (9.0,9.0,9.0)
@@ -229,7 +229,7 @@ Start Options
 Debug Level: 0
 End Options
 )";
-    const std::string spec = write_temp_file("quirks.spec", with_file(text, wing));
+    const std::string spec = file("quirks.spec", with_file(text, wing));
     manage_gridgen_input(spec.c_str());
     ASSERT_EQ(numBdys, 4);
     EXPECT_EQ(allBdys[0].name, nullptr);
@@ -290,16 +290,16 @@ using ReadFileCDeathTest = GenTest;
 TEST_F(ReadFileCDeathTest, FatalInputEndsWithStatusOne) {
     EXPECT_EXIT(manage_gridgen_input("/nonexistent-dir/none.spec"), testing::ExitedWithCode(1),
                 "^ERROR: File not found\n$");
-    const std::string bodyless = write_temp_file(
-        "unknown.spec", "Body Z-GridSpec\nNew GridSpec\nin: Nope\n#\nEnd Z-Grid Spec\n");
+    const std::string bodyless =
+        file("unknown.spec", "Body Z-GridSpec\nNew GridSpec\nin: Nope\n#\nEnd Z-Grid Spec\n");
     EXPECT_EXIT(manage_gridgen_input(bodyless.c_str()), testing::ExitedWithCode(1),
                 "^\nError: Incorrect body name 'Nope'\n$");
     // Without a blank before the L the name loses its last letter.
-    const std::string wing = write_temp_file("w.cut", "1 1\n0.0\n0 0\n");
+    const std::string wing = file("w.cut", "1 1\n0.0\n0 0\n");
     const char* const text =
         "Start Body Definitions\nNew Body\nname: Wing\ntype: XcutPlanes\nPoints File: @FILE@\n"
         "#\nEnd Body Definitions\nBody Y-GridSpec\nNew GridSpec\nto: Wing L1\nfrom: WingL0.5\n";
-    const std::string glued = write_temp_file("glued.spec", with_file(text, wing));
+    const std::string glued = file("glued.spec", with_file(text, wing));
     EXPECT_EXIT(manage_gridgen_input(glued.c_str()), testing::ExitedWithCode(1),
                 "^\nError: Incorrect body name 'Win'\n$");
 }
