@@ -25,31 +25,17 @@ class PathPrefix {
 };
 
 // A stand-in for the external converter: it writes its own path and arguments, one a line, to
-// "args" beside itself, and to its -o path a text multi-zone Plot3D file with one zone of 2 x 1 x 1
-// nodes per cut option. Zone n (from 1) runs from (n, 0, 0) to (n + 0.5, 0, 0), so a zone's box
-// tells which one a body got.
+// "args" beside itself, and to its -o path (its second argument; the three factors follow) a text
+// multi-zone Plot3D file with one zone of 2 x 1 x 1 nodes per cut option. Zone n (from 1) runs from
+// (n, 0, 0) to (n + 0.5, 0, 0), so a zone's box tells which one a body got.
 void WriteFakeConverter(const ScratchDir& dir) {
     const std::string script = dir / "cuts2plot3d";
     WriteWholeFile(script,
-                   "#!/bin/sh\n"
-                   "printf '%s\\n' \"$0\" \"$@\" > " +
-                       (dir / "args") +
-                       "\n"
-                       "n=0\n"
-                       "while [ $# -gt 0 ]; do\n"
-                       "  case \"$1\" in\n"
-                       "    -o) out=\"$2\" ;;\n"
-                       "    -x|-y|-z) n=$((n+1)) ;;\n"
-                       "  esac\n"
-                       "  shift 2\n"
-                       "done\n"
-                       "{\n"
-                       "  echo $n\n"
-                       "  i=1; while [ $i -le $n ]; do echo '2 1 1'; i=$((i+1)); done\n"
-                       "  i=1; while [ $i -le $n ]; do\n"
-                       "    echo \"$i $i.5\"; echo '0 0'; echo '0 0'; i=$((i+1))\n"
-                       "  done\n"
-                       "} > \"$out\"\n");
+                   "#!/bin/sh\nprintf '%s\\n' \"$0\" \"$@\" > " + (dir / "args") +
+                       "\nn=$(( ($# - 8) / 2 ))\n{\n  echo $n\n"
+                       "  for i in $(seq $n); do echo '2 1 1'; done\n"
+                       "  for i in $(seq $n); do echo \"$i $i.5\"; echo '0 0'; echo '0 0'; done\n"
+                       "} > \"$2\"\n");
     chmod(script.c_str(), 0755);
 }
 

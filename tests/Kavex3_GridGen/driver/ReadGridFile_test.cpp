@@ -17,14 +17,16 @@ struct ReadResult {
     std::vector<_BodyStruct> bodies;
 };
 
-// Writes the project text, runs ReadGridFile with run directory runDir, returns all it produced.
-ReadResult ReadProject(const std::string& projectText, const std::string& runDir = "/run/dir") {
+// Writes the project text as "p.Grid", runs ReadGridFile on the file name with run directory
+// runDir and two bodies already in the list, and returns all it produced.
+ReadResult ReadProject(const std::string& projectText, const std::string& runDir = "/run/dir",
+                       const std::string& name = "p.Grid") {
     ScratchDir dir;
     WriteWholeFile(dir / "p.Grid", projectText);
     g_strTempDir = runDir;
-    ReadResult result{false, "", "<unset>", {1.0f, 1.0f, 1.0f}, {}};
+    ReadResult result{false, "", "<unset>", {1.0f, 1.0f, 1.0f}, std::vector<_BodyStruct>(2)};
     std::ofstream tempGrid(dir / "temp.Grid");
-    result.blnFailed = ReadGridFile(dir / "p.Grid", result.strSolverInput, tempGrid,
+    result.blnFailed = ReadGridFile(dir / name, result.strSolverInput, tempGrid,
                                     result.conversionFactor, result.bodies);
     tempGrid.close();
     result.strTempGrid = ReadWholeFile(dir / "temp.Grid");
@@ -90,16 +92,10 @@ TEST(ReadGridFile, RewritesCutStlAndPlot3DBodiesByteForByte) {
 }
 
 TEST(ReadGridFile, MissingProjectGivesNoBodies) {
-    ScratchDir dir;
-    std::ofstream tempGrid(dir / "temp.Grid");
-    std::string solver = "unchanged";
-    FEL_vector3<float> factor(1.0f, 1.0f, 1.0f);
-    std::vector<_BodyStruct> bodies(2);
-    EXPECT_FALSE(ReadGridFile(dir / "missing.Grid", solver, tempGrid, factor, bodies));
-    tempGrid.close();
-    EXPECT_TRUE(bodies.empty());
-    EXPECT_EQ(solver, "unchanged");
-    EXPECT_EQ(ReadWholeFile(dir / "temp.Grid"), "");
+    const ReadResult r = ReadProject("", "/run/dir", "missing.Grid");
+    EXPECT_FALSE(r.blnFailed);
+    EXPECT_TRUE(r.bodies.empty());
+    EXPECT_EQ(r.strSolverInput + r.strTempGrid, "<unset>");
 }
 
 TEST(ReadGridFile, BodyCutShortStopsReadingSilently) {
