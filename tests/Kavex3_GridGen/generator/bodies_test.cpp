@@ -27,10 +27,6 @@ Body* add_body(const char* name, int type) {
     return b;
 }
 
-std::vector<double> box(const Body& b) {
-    return {b.bdyMin[0], b.bdyMin[1], b.bdyMin[2], b.bdyMax[0], b.bdyMax[1], b.bdyMax[2]};
-}
-
 const std::vector<double> kUnset(6, DBL_MAX);
 
 TEST_F(BodiesTest, CutBodiesGetTheirBoxOnEveryAxis) {

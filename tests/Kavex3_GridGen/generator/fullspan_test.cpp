@@ -17,10 +17,6 @@ std::vector<double> cut_points(const BodyCut& cut) {
     return std::vector<double>(&cut.pts[0][0], &cut.pts[0][0] + 2 * cut.nPts);
 }
 
-std::vector<double> box(const Body& b) {
-    return {b.bdyMin[0], b.bdyMin[1], b.bdyMin[2], b.bdyMax[0], b.bdyMax[1], b.bdyMax[2]};
-}
-
 TEST_F(FullSpan, LineIsMirroredBelowTheBodiesAndCutAboveThem) {
     const double p = 0.5e-8;  // within tol
     const struct {

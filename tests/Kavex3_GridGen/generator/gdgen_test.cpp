@@ -9,20 +9,6 @@
 
 namespace {
 
-using Pts = std::vector<double>;
-
-// Points of n uniform cells over [from, to] by repeated addition, without the end point.
-Pts uniform(double from, double to, int n) {
-    Pts out = {from};
-    for (int k = 1; k < n; ++k) out.push_back(out.back() + (to - from) / n);
-    return out;
-}
-
-Pts operator+(Pts a, const Pts& b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
-
 using GenLineGrid = GenTest;
 
 TEST_F(GenLineGrid, PointsOfTheSpecsAndForcedPoints) {

@@ -139,9 +139,6 @@ TEST_F(ReadFileCTest, PositionsRelativeToBodies) {
     allBdys[1].rotor = nullptr;  // a rotor type without its rotor takes the box middle
     const BodyLengthPosn hubMid{const_cast<char*>("Hub"), 0, DBL_MAX};
     EXPECT_EQ(reltd_bdyposn_to_abs_posn(&hubMid, nullptr, 1), 5.0);
-    int found = 7;  // keys are case-sensitive
-    EXPECT_STREQ(getSubstring("  From: Box L0.5", "from: ", &found), "");
-    EXPECT_EQ(found, 0);
 }
 
 // Keyword quirks: "#" inside a value, rotor keys without a rotor, unknown words, names with
