@@ -196,15 +196,12 @@ End Options
     EXPECT_EQ(allBdys[2].type, 10);
     EXPECT_EQ(allBdys[2].bdyMin[0], DBL_MAX);
     EXPECT_STREQ(allBdys[3].name, "Cr\r");
-    EXPECT_EQ(YgdSpecDone, 0);
-    EXPECT_EQ(XgdSpecDone, 1);
     ASSERT_EQ(Xgdln.nGdspcs, 2);
     // 2 .. -4 read reversed: ends swapped, 1.2 inverted, the cleared To flag stays on To.
     // An empty from: leaves DBL_MAX, which the end swaps behind the set to: end.
     EXPECT_EQ(spec_fields(Xgdln.gdspcs, 2),
               (std::vector<double>{-4, 2, 2.5, 1.0 / 1.2, 1, 0, 4.0, DBL_MAX, 1, 1, 1, 1}));
-    EXPECT_EQ(Xgdln.hasSymm, 0);
-    EXPECT_EQ(Xgdln.symmPosn, DBL_MAX);
+    EXPECT_EQ(std::make_pair(Xgdln.hasSymm, Xgdln.symmPosn), std::make_pair(0, DBL_MAX));
 }
 
 TEST_F(ReadFileCTest, ZeroGridSpecsBecomeForcedPoints) {
@@ -215,10 +212,8 @@ TEST_F(ReadFileCTest, ZeroGridSpecsBecomeForcedPoints) {
         {DBL_MAX, 7, 0.0, 1, 1, 1},  // unset From is not noted
         {5, 6, 2e-8, 1, 0, 0},       // kept
     };
-    GridLine line;
-    init_gridln(&line, 0);
-    line.gdspcs = specs;
-    line.nGdspcs = 5;
+    GridLine line = make_line(0);
+    set_specs(&line, specs, 5);
     line.frcdGdpts = static_cast<double*>(malloc(sizeof(double)));
     line.frcdGdpts[0] = 0.5;
     line.nFrcdGdpts = 1;
