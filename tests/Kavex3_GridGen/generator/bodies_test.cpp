@@ -60,38 +60,27 @@ TEST_F(BodiesTest, CutBodiesGetTheirBoxOnEveryAxis) {
 }
 
 TEST_F(BodiesTest, RotorAndCuboidBoxesFollowTheirScaleRules) {
-    // Without factors, then with factors (2, 3, 4): centres per axis, radius by X, absolute
-    // thickness by Z, the ratio kept.
-    for (const bool scaled : {false, true}) {
-        reset_generator_records();
-        gd_options.plotThicknessRatio = 0.02;
-        if (scaled) gd_options.convFactor[0] = 2, gd_options.convFactor[1] = 3;
-        if (scaled) gd_options.convFactor[2] = 4;
-        Rotor ratio{{1, 2, 3}, 2, 0.1, 0, 0.02}, absolute{{1, 1, 1}, 1, 0.5, 1, 0.02};
-        double corners[6] = {5, 0, 0, 1, 2, 3};
-        add_body("xdisc", 4)->rotor = &ratio;
-        add_body("ydisc", 5)->rotor = &absolute;
-        add_body("box", 3)->cuboid = corners;
-        add_body("lost", 6);  // rotor type without a rotor: box untouched
-        add_body("zcut", 2)->pointsFile = strdup(file("z.cut", kTwoPlanes).c_str());
-        bodies_lex_input_done();
-        if (!scaled) {
-            // h = 2 * 0.1 on X, radius 2 on Y and Z.
-            EXPECT_EQ(box(allBdys[0]), (std::vector<double>{0.8, 0, 1, 1.2, 4, 5}));
-            EXPECT_EQ(box(allBdys[1]), (std::vector<double>{0, 0.5, 0, 2, 1.5, 2}));
-            EXPECT_EQ(box(allBdys[2]), (std::vector<double>{1, 0, 0, 5, 2, 3}));
-            EXPECT_EQ(box(allBdys[3]), kUnset);
-            continue;
-        }
-        EXPECT_EQ((std::vector<double>{ratio.radius, ratio.thickness, absolute.radius,
-                                       absolute.thickness}),
-                  (std::vector<double>{4, 0.1, 2, 2}));
-        EXPECT_EQ(box(allBdys[0]), (std::vector<double>{2 - 4 * 0.1, 2, 8, 2 + 4 * 0.1, 10, 16}));
-        EXPECT_EQ(box(allBdys[1]), (std::vector<double>{0, 1, 2, 4, 5, 6}));
-        EXPECT_EQ(box(allBdys[2]), (std::vector<double>{2, 0, 0, 10, 6, 12}));
-        // Z planes: posn by 4, pairs (X, Y) by (2, 3).
-        EXPECT_EQ(box(allBdys[4]), (std::vector<double>{-6, -18, -8, 8, 6, 20}));
-    }
+    // Factors (2, 3, 4): centres per axis, radius by X, absolute thickness by Z, the ratio kept.
+    // The disc's half thickness is the radius times the ratio, or the absolute thickness.
+    gd_options.plotThicknessRatio = 0.02;
+    gd_options.convFactor[0] = 2, gd_options.convFactor[1] = 3, gd_options.convFactor[2] = 4;
+    Rotor ratio{{1, 2, 3}, 2, 0.1, 0, 0.02}, absolute{{1, 1, 1}, 1, 0.5, 1, 0.02};
+    double corners[6] = {5, 0, 0, 1, 2, 3};
+    add_body("xdisc", 4)->rotor = &ratio;
+    add_body("ydisc", 5)->rotor = &absolute;
+    add_body("box", 3)->cuboid = corners;
+    add_body("lost", 6);  // rotor type without a rotor: box untouched
+    add_body("zcut", 2)->pointsFile = strdup(file("z.cut", kTwoPlanes).c_str());
+    bodies_lex_input_done();
+    EXPECT_EQ(
+        (std::vector<double>{ratio.radius, ratio.thickness, absolute.radius, absolute.thickness}),
+        (std::vector<double>{4, 0.1, 2, 2}));
+    EXPECT_EQ(box(allBdys[0]), (std::vector<double>{2 - 4 * 0.1, 2, 8, 2 + 4 * 0.1, 10, 16}));
+    EXPECT_EQ(box(allBdys[1]), (std::vector<double>{0, 1, 2, 4, 5, 6}));
+    EXPECT_EQ(box(allBdys[2]), (std::vector<double>{2, 0, 0, 10, 6, 12}));
+    EXPECT_EQ(box(allBdys[3]), kUnset);
+    // Z planes: posn by 4, pairs (X, Y) by (2, 3).
+    EXPECT_EQ(box(allBdys[4]), (std::vector<double>{-6, -18, -8, 8, 6, 20}));
 }
 
 TEST_F(BodiesTest, NamesMatchWholeFirstOneWinsAndTranslationMovesTheBoxes) {
