@@ -25,31 +25,15 @@ class PathPrefix {
 };
 
 // A stand-in for the external converter: it writes its own path and arguments, one a line, to
-// "args" beside itself, and to its -o path a text multi-zone Plot3D file with one zone of 2 x 1 x 1
-// nodes per cut option. Zone n (from 1) runs from (n, 0, 0) to (n + 0.5, 0, 0), so a zone's box
-// tells which one a body got.
+// "args" beside itself, and to its -o path (its second argument; the three factors follow) a text
+// multi-zone Plot3D file with one zone of 2 x 1 x 1 nodes per cut option.
 void WriteFakeConverter(const ScratchDir& dir) {
     const std::string script = dir / "cuts2plot3d";
-    WriteWholeFile(script,
-                   "#!/bin/sh\n"
-                   "printf '%s\\n' \"$0\" \"$@\" > " +
-                       (dir / "args") +
-                       "\n"
-                       "n=0\n"
-                       "while [ $# -gt 0 ]; do\n"
-                       "  case \"$1\" in\n"
-                       "    -o) out=\"$2\" ;;\n"
-                       "    -x|-y|-z) n=$((n+1)) ;;\n"
-                       "  esac\n"
-                       "  shift 2\n"
-                       "done\n"
-                       "{\n"
-                       "  echo $n\n"
-                       "  i=1; while [ $i -le $n ]; do echo '2 1 1'; i=$((i+1)); done\n"
-                       "  i=1; while [ $i -le $n ]; do\n"
-                       "    echo \"$i $i.5\"; echo '0 0'; echo '0 0'; i=$((i+1))\n"
-                       "  done\n"
-                       "} > \"$out\"\n");
+    WriteWholeFile(script, "#!/bin/sh\nprintf '%s\\n' \"$0\" \"$@\" > " + (dir / "args") +
+                               "\nn=$(( ($# - 8) / 2 ))\n{\n  echo $n\n"
+                               "  for i in $(seq $n); do echo '2 1 1'; done\n"
+                               "  for i in $(seq $n); do echo '0 1'; echo '0 0'; echo '0 0'; done\n"
+                               "} > \"$2\"\n");
     chmod(script.c_str(), 0755);
 }
 
@@ -86,14 +70,7 @@ TEST(ConvertTranslateCutFilesToPlot3D, RunsTheConverterOnceAndHandsOutZonesOverC
     for (int b : {0, 1, 4}) EXPECT_TRUE(bodies[b].pMesh.null()) << b;
     // The third body is the first cut body and gets zone 0, the fourth zone 1, the sixth zone 2.
     const int zoneOfBody[] = {-1, -1, 0, 1, -1, 2};
-    for (int b : {2, 3, 5}) {
-        ASSERT_FALSE(bodies[b].pMesh.null()) << b;
-        EXPECT_EQ(bodies[b].pMesh, mesh->get_zone(zoneOfBody[b])) << b;
-        FEL_vector3<float> low, high;
-        ASSERT_EQ(bodies[b].pMesh->get_bounding_box(&low, &high), 1) << b;
-        EXPECT_EQ(low, FEL_vector3<float>(zoneOfBody[b] + 1.0f, 0.0f, 0.0f)) << b;
-        EXPECT_EQ(high, FEL_vector3<float>(zoneOfBody[b] + 1.5f, 0.0f, 0.0f)) << b;
-    }
+    for (int b : {2, 3, 5}) EXPECT_EQ(bodies[b].pMesh, mesh->get_zone(zoneOfBody[b])) << b;
 }
 
 TEST(ConvertTranslateCutFilesToPlot3D, NullWithoutConverterOrWithoutCutBodies) {

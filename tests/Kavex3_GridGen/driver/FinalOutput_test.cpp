@@ -1,46 +1,25 @@
-// Tests of the final output: the blanked grid file against plain stream writing, and the rewrite
-// of solver input files with and without their markers.
+// Tests of the final output: the rewrite of solver input files with and without their markers,
+// and the generator's cells joined to the scan.
 #include "driver/FinalOutput.h"
 
 #include <gtest/gtest.h>
 
-#include <iomanip>
 #include <sstream>
 
 #include "FEL_curvilinear_mesh.h"
 #include "ScratchDir.h"
 #include "driver/DriverGlobals.h"
-#include "driver/Write.h"
 #include "intersector/Intersector.h"
 
 namespace {
 
-// 3 x 3 x 3 points, 0, 1 and 2.5 on each axis; shear moves x with k, so no axis line holds.
-FEL_pointer<FEL_mesh> SmallGrid(float shear) {
+// 3 x 3 x 3 points, 0, 1 and 2.5 on each axis.
+FEL_pointer<FEL_mesh> SmallGrid() {
     const float line[3] = {0.0f, 1.0f, 2.5f};
     auto* xyz = new FEL_vector3<float>[27];
-    for (int n = 0; n < 27; ++n)
-        xyz[n] = {line[n % 3] + shear * (n / 9), line[n / 3 % 3], line[n / 9] - 4.0f};
+    for (int n = 0; n < 27; ++n) xyz[n] = {line[n % 3], line[n / 3 % 3], line[n / 9] - 4.0f};
     g_v3iGridDimensions = {2, 2, 2};
     return FEL_pointer<FEL_mesh>(new FEL_curvilinear_mesh_xyz_layout(3, 3, 3, xyz));
-}
-
-TEST(FinalOutput, BlankedGridMatchesStreamWriting) {
-    for (const float shear : {0.0f, 0.3333333f}) {
-        ScratchDir dir;
-        FEL_pointer<FEL_mesh> mesh = SmallGrid(shear);
-        std::vector<FEL_vector3<int>> cells = {{2, 2, 1}, {1, 2, 2}};
-        OutputIBlankedGrid(dir / "grid", mesh, cells, true, true, 0.1, -2.0, 1e-7);
-        std::ostringstream expected;
-        expected << "# " << 0.1 << ' ' << -2.0 << ' ' << 1e-7 << "\n3 3 3\n"
-                 << std::fixed << std::setprecision(5);
-        const auto* m = static_cast<const FEL_curvilinear_mesh*>(mesh.get());
-        for (int axis = 0; axis < 3; ++axis)
-            for (int n = 0; n < 27; ++n) expected << ' ' << m->node(n)[axis];
-        expected << "\n# Num. of Body Cells: \n2\n# Body Cells ({I-index, J-index, K-index} of "
-                    "the cells)\n1, 2, 2\n2, 2, 1\n";
-        EXPECT_EQ(ReadWholeFile(dir / "grid"), expected.str()) << shear;
-    }
 }
 
 // Solver input files around the generator's list, with and without the two markers. The grid's
@@ -63,7 +42,7 @@ TEST(FinalOutput, SolverInputRewrite) {
         ScratchDir dir;
         g_strTempDir = dir.Path();
         WriteWholeFile(dir / "S", c.solver);
-        FEL_pointer<FEL_mesh> mesh = SmallGrid(0.0f);
+        FEL_pointer<FEL_mesh> mesh = SmallGrid();
         CreateGrid(g_gridCells, mesh);
         for (int n = 0; n < 8; ++n) g_gridCells(n / 4, n / 2 % 2, n % 2).m_eState = CELL_EXTERIOR;
         g_gridCells(1, 0, 1).m_eState = CELL_UNKNOWN;

@@ -7,29 +7,21 @@
 
 TEST(CopyRotorFile, CopyHasTheLastByteTwice) {
     ScratchDir dir;
-    const std::string source = std::string("ROT 1\r\n\0\xff", 9) + "end\n";
-    WriteWholeFile(dir / "rotor", source);
-    CopyRotorFile(dir / "rotor", dir / "copy");
-    EXPECT_EQ(ReadWholeFile(dir / "copy"), source + "\n");
-    EXPECT_EQ(ReadWholeFile(dir / "copy").size(), 14u);
-
-    // An existing copy is truncated; a one-byte source gives two bytes.
-    WriteWholeFile(dir / "one", "x");
-    CopyRotorFile(dir / "one", dir / "copy");
-    EXPECT_EQ(ReadWholeFile(dir / "copy"), "xx");
-}
-
-TEST(CopyRotorFile, EmptyOrUnreadableSources) {
-    ScratchDir dir;
-    WriteWholeFile(dir / "empty", "");
-    CopyRotorFile(dir / "empty", dir / "copy");
-    EXPECT_EQ(ReadWholeFile(dir / "copy"), std::string(1, '\0'));
-
-    WriteWholeFile(dir / "copy", "stale");
-    CopyRotorFile(dir / "missing", dir / "copy");
+    const std::string rotor = std::string("ROT 1\r\n\0\xff", 9) + "end\n";
+    // Each copy replaces the one before; without a source the copy is empty.
+    const struct {
+        const char* name;
+        std::string source, copy;
+    } rows[] = {{"rotor", rotor, rotor + "\n"},
+                {"one", "x", "xx"},
+                {"empty", "", std::string(1, '\0')},
+                {"missing", "", ""}};
+    for (const auto& row : rows) {
+        if (std::string(row.name) != "missing") WriteWholeFile(dir / row.name, row.source);
+        CopyRotorFile(dir / row.name, dir / "copy");
+        EXPECT_EQ(ReadWholeFile(dir / "copy"), row.copy) << row.name;
+    }
     EXPECT_TRUE(PathExists(dir / "copy"));
-    EXPECT_EQ(ReadWholeFile(dir / "copy"), "");
-
     CopyRotorFile(dir / "empty", dir / "no-such-dir/copy");
     EXPECT_FALSE(PathExists(dir / "no-such-dir"));
 }

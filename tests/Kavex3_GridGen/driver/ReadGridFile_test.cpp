@@ -9,25 +9,35 @@
 
 namespace {
 
+// What ReadGridFile gave back, starting from an unset solver name and two bodies in the list.
 struct ReadResult {
-    bool blnFailed;
+    bool blnFailed = false;
     std::string strTempGrid;
-    std::string strSolverInput;
-    FEL_vector3<float> conversionFactor;
-    std::vector<_BodyStruct> bodies;
+    std::string strSolverInput = "<unset>";
+    FEL_vector3<float> conversionFactor{1.0f, 1.0f, 1.0f};
+    std::vector<_BodyStruct> bodies = std::vector<_BodyStruct>(2);
+    std::string strBodies;  // a line per body: kind (0 to 4), points file, cut file
+    std::string strUsed;    // a letter per body: T used in the solver, F not
 };
 
-// Writes the project text, runs ReadGridFile with run directory runDir, returns all it produced.
-ReadResult ReadProject(const std::string& projectText, const std::string& runDir = "/run/dir") {
+// Writes the project text as "p.Grid", runs ReadGridFile on the file name with run directory
+// runDir, and returns all it produced.
+ReadResult ReadProject(const std::string& projectText, const std::string& runDir = "/run/dir",
+                       const std::string& name = "p.Grid") {
     ScratchDir dir;
     WriteWholeFile(dir / "p.Grid", projectText);
     g_strTempDir = runDir;
-    ReadResult result{false, "", "<unset>", {1.0f, 1.0f, 1.0f}, {}};
+    ReadResult result;
     std::ofstream tempGrid(dir / "temp.Grid");
-    result.blnFailed = ReadGridFile(dir / "p.Grid", result.strSolverInput, tempGrid,
+    result.blnFailed = ReadGridFile(dir / name, result.strSolverInput, tempGrid,
                                     result.conversionFactor, result.bodies);
     tempGrid.close();
     result.strTempGrid = ReadWholeFile(dir / "temp.Grid");
+    for (const _BodyStruct& b : result.bodies) {
+        result.strBodies +=
+            std::to_string(b.eBodyType) + " " + b.strPointsFile + " " + b.strCutFile + "\n";
+        result.strUsed += b.blnUsedInSolver ? 'T' : 'F';
+    }
     return result;
 }
 
@@ -66,73 +76,45 @@ TEST(ReadGridFile, RewritesCutStlAndPlot3DBodiesByteForByte) {
         Body("Wing", kTypeX, kPoints + "/run/dir/3-x.cut", "True") +
         Body("Fin", kTypeX, kPoints + "/run/dir/4-x.cut", "yes, True") + rest;
     g_vecstrTempFiles = {"earlier"};
-    g_blnDebug = false;
     const ReadResult r = ReadProject(project, "/run/dir/");
     EXPECT_FALSE(r.blnFailed);
     EXPECT_EQ(r.strTempGrid, expected);
-    EXPECT_EQ(r.strSolverInput, "C:\\runs\\SolverGdInp.dat");
-    EXPECT_EQ(r.conversionFactor, FEL_vector3<float>(2.0f, 3.0f, 4.0f));
-    EXPECT_TRUE(g_blnDebug);
 
-    ASSERT_EQ(r.bodies.size(), 4u);
-    const BodyType kinds[] = {BODY_XCUT, BODY_STL, BODY_PLOT3D, BODY_ZCUT};
-    const char* files[] = {"plate.cut", "/data/hull.stl", "C:\\models\\wing.p3d", "fin.cut"};
-    const bool used[] = {true, false, true, true};
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(r.bodies[i].eBodyType, kinds[i]) << i;
-        EXPECT_EQ(r.bodies[i].strPointsFile, files[i]) << i;
-        EXPECT_EQ(r.bodies[i].strCutFile, "/run/dir/" + std::to_string(i + 1) + "-x.cut") << i;
-        EXPECT_EQ(r.bodies[i].blnUsedInSolver, used[i]) << i;
-    }
+    EXPECT_EQ(r.strBodies,
+              "0 plate.cut /run/dir/1-x.cut\n3 /data/hull.stl /run/dir/2-x.cut\n"
+              "4 C:\\models\\wing.p3d /run/dir/3-x.cut\n2 fin.cut /run/dir/4-x.cut\n");
+    EXPECT_EQ(r.strUsed, "TFTT");
     EXPECT_EQ(g_vecstrTempFiles,
               (std::vector<std::string>{"earlier", "/run/dir/1-x.cut", "/run/dir/2-x.cut",
                                         "/run/dir/3-x.cut", "/run/dir/4-x.cut"}));
 }
 
-TEST(ReadGridFile, MissingProjectGivesNoBodies) {
-    ScratchDir dir;
-    std::ofstream tempGrid(dir / "temp.Grid");
-    std::string solver = "unchanged";
-    FEL_vector3<float> factor(1.0f, 1.0f, 1.0f);
-    std::vector<_BodyStruct> bodies(2);
-    EXPECT_FALSE(ReadGridFile(dir / "missing.Grid", solver, tempGrid, factor, bodies));
-    tempGrid.close();
-    EXPECT_TRUE(bodies.empty());
-    EXPECT_EQ(solver, "unchanged");
-    EXPECT_EQ(ReadWholeFile(dir / "temp.Grid"), "");
-}
-
-TEST(ReadGridFile, BodyCutShortStopsReadingSilently) {
-    // No "Points File: " behind the type line: no body, and that line isn't written.
-    ReadResult r = ReadProject("a\n  type: STL\n  Points File:x\nafter\n");
-    EXPECT_FALSE(r.blnFailed);
-    EXPECT_TRUE(r.bodies.empty());
-    EXPECT_EQ(r.strTempGrid, "a\n" + kTypeX + "\n");
-
-    // No "used in solver:" line: the body stands, the reading stops after its points line.
-    r = ReadProject("  type: YcutPlanes\n  Points File: y.cut\n  used: True\nafter\n", "/r");
-    EXPECT_FALSE(r.blnFailed);
-    ASSERT_EQ(r.bodies.size(), 1u);
-    EXPECT_EQ(r.bodies[0].eBodyType, BODY_YCUT);
-    EXPECT_EQ(r.bodies[0].strPointsFile, "y.cut");
-    EXPECT_EQ(r.strTempGrid, kTypeX + "\n" + kPoints + "/r/1-x.cut\n");
-
-    // The type line is the file's last line.
-    r = ReadProject("x\n type: XcutPlanes");
-    EXPECT_TRUE(r.bodies.empty());
-    EXPECT_EQ(r.strTempGrid, "x\n type: XcutPlanes\n");
-}
-
-TEST(ReadGridFile, UnknownTypeWordsPassUnchangedAndNumberNoBody) {
-    const ReadResult r = ReadProject(
-        "  type: X-Plane Rotor\n  Points File: rotor.dat\n  used in solver: True\n"
-        "  type: STL\n  Points File: b.stl\n  used in solver: False\n",
-        "run");
-    ASSERT_EQ(r.bodies.size(), 1u);
-    EXPECT_EQ(r.bodies[0].strCutFile, "run/1-x.cut");
-    EXPECT_EQ(r.strTempGrid,
-              "  type: X-Plane Rotor\n  Points File: rotor.dat\n  used in solver: True\n" + kTypeX +
-                  "\n" + kPoints + "run/1-x.cut\n  used in solver: False\n");
+TEST(ReadGridFile, ShortRecordsUnknownTypesAndAMissingProject) {
+    const struct {
+        std::string text, runDir, name, bodies, tempGrid;
+    } rows[] = {
+        // No "Points File: " behind the type line: no body, and that line isn't written.
+        {"a\n  type: STL\n  Points File:x\nafter\n", "/d", "p.Grid", "", "a\n" + kTypeX + "\n"},
+        // No "used in solver:" line: the body stands, the reading stops after its points line.
+        {"  type: YcutPlanes\n  Points File: y.cut\n  used: True\nafter\n", "/r", "p.Grid",
+         "1 y.cut /r/1-x.cut\n", kTypeX + "\n" + kPoints + "/r/1-x.cut\n"},
+        // The type line is the file's last line.
+        {"x\n type: XcutPlanes", "/d", "p.Grid", "", "x\n type: XcutPlanes\n"},
+        // Unknown type words pass unchanged and number no body.
+        {"  type: X-Plane Rotor\n  Points File: rotor.dat\n  used in solver: True\n"
+         "  type: STL\n  Points File: b.stl\n  used in solver: False\n",
+         "run", "p.Grid", "3 b.stl run/1-x.cut\n",
+         "  type: X-Plane Rotor\n  Points File: rotor.dat\n  used in solver: True\n" + kTypeX +
+             "\n" + kPoints + "run/1-x.cut\n  used in solver: False\n"},
+        // A missing project gives no bodies and leaves the solver file's name alone.
+        {"", "/d", "missing.Grid", "", ""},
+    };
+    for (const auto& row : rows) {
+        const ReadResult r = ReadProject(row.text, row.runDir, row.name);
+        EXPECT_EQ(std::make_tuple(r.blnFailed, r.strBodies, r.strTempGrid, r.strSolverInput),
+                  std::make_tuple(false, row.bodies, row.tempGrid, std::string("<unset>")))
+            << row.text;
+    }
 }
 
 TEST(ReadGridFile, DebugLevelConversionFactorAndSolverInputLines) {

@@ -27,17 +27,13 @@ Body* add_body(const char* name, int type) {
     return b;
 }
 
-std::vector<double> box(const Body& b) {
-    return {b.bdyMin[0], b.bdyMin[1], b.bdyMin[2], b.bdyMax[0], b.bdyMax[1], b.bdyMax[2]};
-}
-
 const std::vector<double> kUnset(6, DBL_MAX);
 
 TEST_F(BodiesTest, CutBodiesGetTheirBoxOnEveryAxis) {
-    const std::string file = write_temp_file("planes.cut", kTwoPlanes);
-    for (int type = 0; type < 3; ++type) add_body("cut", type)->pointsFile = strdup(file.c_str());
+    const std::string planes = file("planes.cut", kTwoPlanes);
+    for (int type = 0; type < 3; ++type) add_body("cut", type)->pointsFile = strdup(planes.c_str());
     Body* moved = add_body("moved", 1);
-    moved->pointsFile = strdup(file.c_str());
+    moved->pointsFile = strdup(planes.c_str());
     moved->origin[0] = 1, moved->origin[1] = 10, moved->origin[2] = 100;
     add_body("empty", 0)->pointsFile = strdup("");
     add_body("none", 2)->usedInSolver = 0;
@@ -64,75 +60,41 @@ TEST_F(BodiesTest, CutBodiesGetTheirBoxOnEveryAxis) {
 }
 
 TEST_F(BodiesTest, RotorAndCuboidBoxesFollowTheirScaleRules) {
-    // Without factors, then with factors (2, 3, 4): centres per axis, radius by X, absolute
-    // thickness by Z, the ratio kept.
-    for (const bool scaled : {false, true}) {
-        reset_generator_records();
-        gd_options.plotThicknessRatio = 0.02;
-        if (scaled) gd_options.convFactor[0] = 2, gd_options.convFactor[1] = 3;
-        if (scaled) gd_options.convFactor[2] = 4;
-        Rotor ratio{{1, 2, 3}, 2, 0.1, 0, 0.02}, absolute{{1, 1, 1}, 1, 0.5, 1, 0.02};
-        double corners[6] = {5, 0, 0, 1, 2, 3};
-        add_body("xdisc", 4)->rotor = &ratio;
-        add_body("ydisc", 5)->rotor = &absolute;
-        add_body("box", 3)->cuboid = corners;
-        add_body("lost", 6);  // rotor type without a rotor: box untouched
-        add_body("zcut", 2)->pointsFile = strdup(write_temp_file("z.cut", kTwoPlanes).c_str());
-        bodies_lex_input_done();
-        if (!scaled) {
-            // h = 2 * 0.1 on X, radius 2 on Y and Z.
-            EXPECT_EQ(box(allBdys[0]), (std::vector<double>{0.8, 0, 1, 1.2, 4, 5}));
-            EXPECT_EQ(box(allBdys[1]), (std::vector<double>{0, 0.5, 0, 2, 1.5, 2}));
-            EXPECT_EQ(box(allBdys[2]), (std::vector<double>{1, 0, 0, 5, 2, 3}));
-            EXPECT_EQ(box(allBdys[3]), kUnset);
-            continue;
-        }
-        EXPECT_EQ((std::vector<double>{ratio.radius, ratio.thickness, absolute.radius,
-                                       absolute.thickness}),
-                  (std::vector<double>{4, 0.1, 2, 2}));
-        EXPECT_EQ(box(allBdys[0]), (std::vector<double>{2 - 4 * 0.1, 2, 8, 2 + 4 * 0.1, 10, 16}));
-        EXPECT_EQ(box(allBdys[1]), (std::vector<double>{0, 1, 2, 4, 5, 6}));
-        EXPECT_EQ(box(allBdys[2]), (std::vector<double>{2, 0, 0, 10, 6, 12}));
-        // Z planes: posn by 4, pairs (X, Y) by (2, 3).
-        EXPECT_EQ(box(allBdys[4]), (std::vector<double>{-6, -18, -8, 8, 6, 20}));
-    }
-}
-
-TEST_F(BodiesTest, TableGrowsByTenAndFindsNamesExactly) {
-    for (int i = 0; i < 11; ++i) add_body(i == 3 || i == 7 ? "Wing" : "Other", 10);
-    EXPECT_EQ(std::make_pair(numBdys, maxBdys), std::make_pair(11, 20));
-    EXPECT_EQ(body_from_name("Wing", 1), &allBdys[3]);
-    for (const char* name : {"Win", "", static_cast<const char*>(nullptr)})
-        EXPECT_EQ(body_from_name(name, 0), nullptr);
-    double lo = -7, hi = -8;
-    bdy_low_high(nullptr, 0, &lo, &hi);
-    EXPECT_EQ(std::make_pair(lo, hi), std::make_pair(-7.0, -8.0));
-}
-
-TEST_F(BodiesTest, ExtentsAndTranslationCoverAllBodies) {
-    double v[6] = {DBL_MAX, DBL_MAX, DBL_MAX, DBL_MAX, DBL_MAX, DBL_MAX};
-    set_all_bodies_min_max(&v[0], &v[1], &v[2], &v[3], &v[4], &v[5]);
-    EXPECT_EQ(std::vector<double>(v, v + 6), kUnset);
-    const std::string file = write_temp_file("x.cut", kTwoPlanes);
-    add_body("cut", 0)->pointsFile = strdup(file.c_str());
-    Rotor r{{10, 20, 30}, 1, 0.5, 1, 0.02};
-    add_body("disc", 6)->rotor = &r;
+    // Factors (2, 3, 4): centres per axis, radius by X, absolute thickness by Z, the ratio kept.
+    // The disc's half thickness is the radius times the ratio, or the absolute thickness.
+    gd_options.plotThicknessRatio = 0.02;
+    gd_options.convFactor[0] = 2, gd_options.convFactor[1] = 3, gd_options.convFactor[2] = 4;
+    Rotor ratio{{1, 2, 3}, 2, 0.1, 0, 0.02}, absolute{{1, 1, 1}, 1, 0.5, 1, 0.02};
+    double corners[6] = {5, 0, 0, 1, 2, 3};
+    add_body("xdisc", 4)->rotor = &ratio;
+    add_body("ydisc", 5)->rotor = &absolute;
+    add_body("box", 3)->cuboid = corners;
+    add_body("lost", 6);  // rotor type without a rotor: box untouched
+    add_body("zcut", 2)->pointsFile = strdup(file("z.cut", kTwoPlanes).c_str());
     bodies_lex_input_done();
-    // cut: (-2, -3, -6)..(5, 4, 2); disc: (9, 19, 29.5)..(11, 21, 30.5).
-    set_all_bodies_min_max(&v[0], &v[1], &v[2], &v[3], &v[4], &v[5]);
-    EXPECT_EQ(std::vector<double>(v, v + 6), (std::vector<double>{-2, 11, -3, 21, -6, 30.5}));
+    EXPECT_EQ(
+        (std::vector<double>{ratio.radius, ratio.thickness, absolute.radius, absolute.thickness}),
+        (std::vector<double>{4, 0.1, 2, 2}));
+    EXPECT_EQ(box(allBdys[0]), (std::vector<double>{2 - 4 * 0.1, 2, 8, 2 + 4 * 0.1, 10, 16}));
+    EXPECT_EQ(box(allBdys[1]), (std::vector<double>{0, 1, 2, 4, 5, 6}));
+    EXPECT_EQ(box(allBdys[2]), (std::vector<double>{2, 0, 0, 10, 6, 12}));
+    EXPECT_EQ(box(allBdys[3]), kUnset);
+    // Z planes: posn by 4, pairs (X, Y) by (2, 3).
+    EXPECT_EQ(box(allBdys[4]), (std::vector<double>{-6, -18, -8, 8, 6, 20}));
+}
 
-    Body* other = add_body("other", 10);
-    other->bdyMin[0] = other->bdyMax[0] = 0;
+TEST_F(BodiesTest, NamesMatchWholeFirstOneWinsAndTranslationMovesTheBoxes) {
+    double v[4] = {1, 2, 3, 4};
+    set_all_bodies_min_max(&v[0], &v[1], &v[2], &v[3], &v[3], &v[3]);  // no bodies: untouched
+    bdy_low_high(nullptr, 0, &v[0], &v[1]);                            // no body: untouched
+    EXPECT_EQ(std::vector<double>(v, v + 4), (std::vector<double>{1, 2, 3, 4}));
+    add_body("cut", 0)->pointsFile = strdup(file("x.cut", kTwoPlanes).c_str());
+    add_body("cut", 10);
+    bodies_lex_input_done();
+    EXPECT_EQ(body_from_name("cut", 1), &allBdys[0]);
     const double t[3] = {1, 2, 3};
     trAllBdyPts(t);
-    EXPECT_EQ(allBdys[0].cuts[0].posn, 6.0);
-    EXPECT_EQ(std::make_pair(allBdys[0].cuts[0].pts[0][0], allBdys[0].cuts[0].pts[0][1]),
-              std::make_pair(1.0 + 2, -1.0 + 3));
     EXPECT_EQ(box(allBdys[0]), (std::vector<double>{-1, -1, -3, 6, 6, 5}));
-    EXPECT_EQ(r.center[2], 33.0);
-    EXPECT_EQ(box(allBdys[1]), (std::vector<double>{10, 21, 32.5, 12, 23, 33.5}));
-    EXPECT_EQ(std::make_pair(allBdys[2].bdyMin[0], allBdys[2].bdyMax[0]), std::make_pair(1.0, 1.0));
 }
 
 TEST_F(BodiesTest, RotorAndCuboidListingsAreExact) {
@@ -172,7 +134,7 @@ TEST_F(BodiesDeathTest, PointsFileFailuresEndWithStatusOne) {
          "file '.*short.cut', number of cuts of 1 points = 2: the 9 bytes left in the file can not "
          "hold so many"}};
     for (const auto& [name, text, message] : bad) {
-        allBdys[0].pointsFile = strdup(write_temp_file(name, text).c_str());
+        allBdys[0].pointsFile = strdup(file(name, text).c_str());
         EXPECT_EXIT(bodies_lex_input_done(), testing::ExitedWithCode(1),
                     "\nError: " + std::string(message) + "\n$");
     }

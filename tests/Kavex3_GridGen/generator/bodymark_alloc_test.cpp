@@ -42,9 +42,7 @@ TEST_F(BodyMarkingAllocation, SecondMarkingOfABodyAllocatesNothing) {
 #else
     // A 24-sided polygon, larger than the records' first size, tapering along Z over 3 x 3 x 3
     // cells of width 1: every cell of the box is clipped.
-    set_line(&Xgdln, {0, 1, 2, 3});
-    set_line(&Ygdln, {0, 1, 2, 3});
-    set_line(&Zgdln, {0, 1, 2, 3});
+    for (GridLine* line : {&Xgdln, &Ygdln, &Zgdln}) set_line(line, {0, 1, 2, 3});
     BodyBuilder::Polygon wide, narrow;
     for (int p = 0; p < 24; ++p) {
         const double x = p < 12 ? p * 0.25 : 3 - (p - 12) * 0.25;
@@ -62,19 +60,12 @@ TEST_F(BodyMarkingAllocation, SecondMarkingOfABodyAllocatesNothing) {
     EXPECT_GT(allocations, 0);  // the cell store grows on the first marking: the counter works
     const int first = nBodyCells;
     ASSERT_GT(first, 0);
-    const ClipPolygon before[3] = {intrpltd_cut, clip_scratch[0], clip_scratch[1]};
     EXPECT_GE(intrpltd_cut.capacity, 30);
 
     allocations = 0;
     mark_all_body_cells();  // the cell count stays far from the next step of 1000
-    const long counted = allocations;
-    EXPECT_EQ(counted, 0);
+    EXPECT_EQ(allocations, 0);
     EXPECT_EQ(nBodyCells, 2 * first);
-    const ClipPolygon after[3] = {intrpltd_cut, clip_scratch[0], clip_scratch[1]};
-    for (int r = 0; r < 3; ++r) {
-        EXPECT_EQ(after[r].x, before[r].x);
-        EXPECT_EQ(after[r].capacity, before[r].capacity);
-    }
 #endif
 }
 

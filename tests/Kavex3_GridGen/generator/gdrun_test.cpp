@@ -1,12 +1,8 @@
-// Tests of the run's pieces: banner, grid-points file, translation file and final corner points.
+// Tests of the run's pieces: banner, grid-points file and the translation file's failure.
 #include "generator/gdrun.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <vector>
-
-#include "ScratchDir.h"
 #include "gdtest_util.h"
 #include "generator/gdsolverfiles.h"
 
@@ -20,24 +16,21 @@ TEST_F(GdRun, VersionBannerWritesNoFileAndZeroesTheOutValues) {
     ::testing::internal::CaptureStdout();
     EXPECT_EQ(CutsGridGenerator(2, const_cast<char**>(argv), true, &x, &y, &z), 0);
     const std::string out = ::testing::internal::GetCapturedStdout();
-    EXPECT_EQ(out.rfind("\n\nGridlet: A Cartesian Structured Grid Generator - Version 1.11.4\n", 0),
-              0u);
-    EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 4);
+    EXPECT_EQ(out,
+              "\n\nGridlet: A Cartesian Structured Grid Generator - Version 1.11.4\n"
+              "Made by the Kavex3 grid team.\n");
     EXPECT_EQ(x + y + z, 0.0);
 }
 
-TEST_F(GdRun, GridPointsAndTranslationFilesAndTheTranslationsFailure) {
-    ScratchDir dir;
+TEST_F(GdRun, GridPointsFileAndTheTranslationFilesFailure) {
     set_line(&Xgdln, {0.1, -2.5});
     set_line(&Zgdln, {1e-20});
-    wr_grid_pts_file((dir / "gdpts.dat").c_str());
+    wr_grid_pts_file((dir_ / "gdpts.dat").c_str());
     // 0.1 and 1e-20 to 18 significant digits: 0.100000000000000006 and 9.99999999999999945E-21.
-    EXPECT_EQ(ReadWholeFile(dir / "gdpts.dat"),
+    EXPECT_EQ(ReadWholeFile(dir_ / "gdpts.dat"),
               "# X-Grid Points\n2\n       0.100000000000000006\n"
               "                       -2.5\n"
               "# Y-Grid Points\n0\n# Z-Grid Points\n1\n    9.99999999999999945E-21\n");
-    wrtTrnsltn(-1.5, 0.0, 2.25, (dir / "Lcl2Gbl.dat").c_str());
-    EXPECT_EQ(ReadWholeFile(dir / "Lcl2Gbl.dat"), "-1.500000 0.000000 2.250000 \n");
     ::testing::internal::CaptureStdout();
     wrtTrnsltn(0, 0, 0, "/nonexistent-dir/Lcl2Gbl.dat");
     EXPECT_EQ(::testing::internal::GetCapturedStdout(),

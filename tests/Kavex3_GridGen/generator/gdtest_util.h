@@ -3,7 +3,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <array>
 #include <cstdio>
@@ -15,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "ScratchDir.h"
 #include "generator/bodies.h"
 #include "generator/bodycells.h"
 #include "generator/gdrecords.h"
@@ -75,8 +75,22 @@ inline void set_line(GridLine* line, const std::vector<double>& pts) {
     line->nGdpts = static_cast<int>(pts.size());
 }
 
-inline std::vector<double> points(const GridLine& line) {
-    return std::vector<double>(line.gdpts, line.gdpts + line.nGdpts);
+using Pts = std::vector<double>;
+
+inline Pts points(const GridLine& line) {
+    return Pts(line.gdpts, line.gdpts + line.nGdpts);
+}
+
+// Points of n uniform cells over [from, to] by repeated addition, without the end point.
+inline Pts uniform(double from, double to, int n) {
+    Pts out = {from};
+    for (int k = 1; k < n; ++k) out.push_back(out.back() + (to - from) / n);
+    return out;
+}
+
+inline Pts operator+(Pts a, const Pts& b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
 }
 
 using Cells = std::vector<std::array<int, 3>>;
@@ -86,6 +100,11 @@ inline Cells marked_cells() {
     for (int c = 0; c < nBodyCells; ++c)
         v.push_back({bodyCells[0][c], bodyCells[1][c], bodyCells[2][c]});
     return v;
+}
+
+// A body's box: its minimum corner, then its maximum corner.
+inline Pts box(const Body& b) {
+    return {b.bdyMin[0], b.bdyMin[1], b.bdyMin[2], b.bdyMax[0], b.bdyMax[1], b.bdyMax[2]};
 }
 
 class BodyBuilder {
@@ -142,17 +161,10 @@ class GenTest : public ::testing::Test {
         for (GridLine* line : {&Xgdln, &Ygdln, &Zgdln}) std::free(line->gdpts);
         reset_generator_records();
     }
-};
-
-// Writes text to a file named after the process and name in the test temp folder.
-inline std::string write_temp_file(const std::string& name, const std::string& text) {
-    const std::string path =
-        ::testing::TempDir() + "geninput_" + std::to_string(getpid()) + "_" + name;
-    FILE* f = std::fopen(path.c_str(), "w");
-    EXPECT_NE(f, nullptr) << path;
-    if (f) {
-        std::fputs(text.c_str(), f);
-        std::fclose(f);
+    // Writes text to a file of that name in the test's own folder; returns its path.
+    std::string file(const std::string& name, const std::string& text) const {
+        WriteWholeFile(dir_ / name, text);
+        return dir_ / name;
     }
-    return path;
-}
+    ScratchDir dir_;
+};

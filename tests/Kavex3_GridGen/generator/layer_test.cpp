@@ -37,15 +37,13 @@ TEST_F(Layers, DumpOfAConnectedChain) {
 }
 
 TEST_F(Layers, BadListsEndTheProcess) {
-    FILE* f = text_stream("0 0 -1");
-    EXPECT_EXIT(rd_gen_layer_gds(f), ::testing::ExitedWithCode(1),
-                "Error: number layers can not be negative");
-    std::rewind(f);
-    EXPECT_EXIT(rd_gen_layer_gds(text_stream("0 0 0 1\n1 2 3 4\n")), ::testing::ExitedWithCode(1),
-                "Error: unexpected end-of-file or error in reading layers");
-    EXPECT_EXIT(rd_gen_layer_gds(text_stream("0 0 0 0 0")), ::testing::ExitedWithCode(1),
-                "Error: unexpected end-of-file or error in reading layers");
-    std::fclose(f);
+    for (const auto& [text, message] :
+         {std::pair{"0 0 -1", "number layers can not be negative"},
+          {"0 0 0 1\n1 2 3 4\n", "unexpected end-of-file or error in reading layers"},
+          {"0 0 0 0 0", "unexpected end-of-file or error in reading layers"}})
+        EXPECT_EXIT(rd_gen_layer_gds(text_stream(text)), ::testing::ExitedWithCode(1),
+                    std::string("Error: ") + message)
+            << text;
 }
 
 }  // namespace

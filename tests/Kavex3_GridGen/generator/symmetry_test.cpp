@@ -25,14 +25,7 @@ TEST_F(GenXYZ, CommonSymmetrySharesOnePatternAboutEachLinesPlane) {
     Ygdln.symmPosn = 15;
     genXYZgdsFromSpecs(&Xgdln, &Ygdln, &Zgdln);
 
-    std::vector<double> x;
-    double v = 0;
-    x.push_back(v);
-    for (int k = 1; k < 4; ++k) x.push_back(v = v + 4.0 / 4);
-    v = 4;
-    x.push_back(v);
-    for (int k = 1; k < 5; ++k) x.push_back(v = v + 1.0 / 5);
-    x.push_back(5);
+    Pts x = uniform(0, 4, 4) + uniform(4, 5, 5) + Pts{5};
     for (int q = 8; q >= 0; --q) x.push_back(2 * 5.0 - x[q]);
     EXPECT_EQ(points(Xgdln), x);
     std::vector<double> y;
