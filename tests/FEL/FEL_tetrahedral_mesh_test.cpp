@@ -3,9 +3,17 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <initializer_list>
 #include <vector>
 
 namespace {
+
+// A heap array holding the items, as the mesh takes ownership of its arrays.
+template <class T>
+T* heap(std::initializer_list<T> items) {
+    return std::copy(items.begin(), items.end(), new T[items.size()]) - items.size();
+}
 
 // Two triangles in set 7 sharing edge 1-2, and a third alone in set 3:
 //   2 ---- 3
@@ -13,18 +21,10 @@ namespace {
 //   |t0 \  |        \ t2|
 //   0 ---- 1          \ 6
 FEL_pointer<FEL_tetrahedral_mesh> surface() {
-    FEL_vector3<float>* v = new FEL_vector3<float>[7] {
-        {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}, {3, 1, 0}, {4, 1, 0}, {
-            4, 0, 2
-        }
-    };
-    FEL_vector3<int>* t = new FEL_vector3<int>[3] {
-        {0, 1, 2}, {1, 3, 2}, {
-            4, 5, 6
-        }
-    };
-    int* zones = new int[3]{7, 7, 3};
-    return new FEL_tetrahedral_mesh(7, v, 3, t, zones, 0, nullptr);
+    auto* v = heap<FEL_vector3<float>>(
+        {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}, {3, 1, 0}, {4, 1, 0}, {4, 0, 2}});
+    auto* t = heap<FEL_vector3<int>>({{0, 1, 2}, {1, 3, 2}, {4, 5, 6}});
+    return new FEL_tetrahedral_mesh(7, v, 3, t, heap({7, 7, 3}), 0, nullptr);
 }
 
 TEST(FEL_tetrahedral_mesh, SurfaceTrianglesAndSets) {
@@ -51,14 +51,8 @@ TEST(FEL_tetrahedral_mesh, SurfaceTrianglesAndSets) {
 
 TEST(FEL_tetrahedral_mesh, TetrahedraAndEmptyMeshes) {
     // One tetrahedron on the unit axes.
-    FEL_vector3<float>* v = new FEL_vector3<float>[4] {
-        {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {
-            0, 0, 1
-        }
-    };
-    FEL_vector4<int>* t = new FEL_vector4<int>[1] {
-        { 0, 1, 2, 3 }
-    };
+    auto* v = heap<FEL_vector3<float>>({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}});
+    auto* t = heap<FEL_vector4<int>>({{0, 1, 2, 3}});
     FEL_pointer<FEL_mesh> mesh(new FEL_tetrahedral_mesh(4, v, 0, nullptr, nullptr, 1, t));
     FEL_cell_iter it;
     ASSERT_EQ(mesh->begin(&it), 1);
