@@ -1,5 +1,5 @@
-// Tests of what the mesh base class implements: properties, the bounding-box cache, iblank
-// combination, cell measures and the blend at a structured position.
+// Tests of what the mesh base class implements: the bounding-box cache, cell measures and iblank
+// combination.
 #include "FEL_mesh.h"
 
 #include <gtest/gtest.h>
