@@ -85,10 +85,8 @@ TEST(FEL_plot3d_reader, FortranSingleZoneIsReadAndThePlainFormIsRefusedBySize) {
     const std::string blanked = dir.write("fi", fortran_zone(2, 2, 2, true));
     const FEL_pointer<FEL_mesh> xyzi = FEL_plot3d_read_mesh(blanked, 0, -1);
     EXPECT_EQ(xyzi->get_name(), "curvilinear_mesh_xyzi_layout");
-    FEL_vertex_cell v;
-    v.i = 1, v.j = 1, v.k = 0;  // node 3: iblank 3 % 3 - 1
-    int iblank = 7;
-    EXPECT_EQ(xyzi->iblank_at_vertex_cell(v, &iblank), 1);
+    int iblank = 7;  // node 3: iblank 3 % 3 - 1
+    EXPECT_EQ(xyzi->iblank_at_vertex_cell(FEL_vertex_cell(1, 1, 0), &iblank), 1);
     EXPECT_EQ(iblank, -1);
 
     // The same nodes without markers: the deducer takes them, the size check measures markers.
@@ -151,10 +149,8 @@ TEST(FEL_plot3d_reader, TextIblankFormIsFoundByTheTrialReads) {
     const FEL_pointer<FEL_mesh> mesh = FEL_read_mesh(dir.write("ib", text), flags, -1);
     EXPECT_EQ(flags, 0x121u);
     EXPECT_EQ(mesh->get_name(), "curvilinear_mesh_xyzi_layout");
-    FEL_vertex_cell v;
-    v.i = 1, v.j = 1, v.k = 1;
     int iblank = 7;
-    mesh->iblank_at_vertex_cell(v, &iblank);
+    mesh->iblank_at_vertex_cell(FEL_vertex_cell(1, 1, 1), &iblank);
     EXPECT_EQ(iblank, 0);
     EXPECT_EQ(node(mesh, 7), FEL_vector3<float>(1.5f, 1.5f, 1.5f));
 }

@@ -65,7 +65,7 @@ TEST(FEL_reader, BinaryKindsByMagicOrExactSizeAndByteOrderByTheFirstWord) {
     const std::string stl = std::string(80, '\0') + le32(1) + std::string(50, '\x02');
     EXPECT_EQ(kind_of(dir.write("long", stl + "x")), 0);
     // The byte order compares the first word both ways.
-    EXPECT_EQ(FEL_check_byte_reordering(dir.write("be", be32(57))), 1);
+    EXPECT_EQ(FEL_check_byte_reordering(dir.write("be", le32(57u << 24))), 1);  // 57 big-endian
     EXPECT_EQ(FEL_check_byte_reordering(dir.write("le", le32(57))), 0);
     EXPECT_EQ(FEL_check_byte_reordering("/nonexistent/file"), 0);
     EXPECT_TRUE(FEL_little_endian_hardware());
