@@ -62,7 +62,7 @@ int zone_count(const FEL_tetrahedral_mesh& m) {
 
 }  // namespace
 
-TEST(FEL_stl_reader, OnlyBitEqualCoordinatesMergeAndMinusZeroEqualsZero) {
+TEST(FEL_stl_reader, BitEqualVerticesMergeMinusZeroAsZeroOrderedByCoordinateZonesByEdge) {
     //  (0,1)----(1,1)      A = corner at z = 0.0
     //    | \   B  |        B = (1,0) (1,1) (0,1) at z = -0.0: shares the edge (1,0)-(0,1)
     //    |  A \   |
