@@ -3,63 +3,23 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include <algorithm>
+#include <initializer_list>
 
 namespace {
 
-// Two triangles in set 7 sharing edge 1-2, and a third alone in set 3:
-//   2 ---- 3
-//   | \  t1|       4 -- 5
-//   |t0 \  |        \ t2|
-//   0 ---- 1          \ 6
-FEL_pointer<FEL_tetrahedral_mesh> surface() {
-    FEL_vector3<float>* v = new FEL_vector3<float>[7] {
-        {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}, {3, 1, 0}, {4, 1, 0}, {
-            4, 0, 2
-        }
-    };
-    FEL_vector3<int>* t = new FEL_vector3<int>[3] {
-        {0, 1, 2}, {1, 3, 2}, {
-            4, 5, 6
-        }
-    };
-    int* zones = new int[3]{7, 7, 3};
-    return new FEL_tetrahedral_mesh(7, v, 3, t, zones, 0, nullptr);
+// A heap array holding the items, as the mesh takes ownership of its arrays.
+template <class T>
+T* heap(std::initializer_list<T> items) {
+    return std::copy(items.begin(), items.end(), new T[items.size()]) - items.size();
 }
 
-TEST(FEL_tetrahedral_mesh, SurfaceTrianglesAndSets) {
-    FEL_pointer<FEL_tetrahedral_mesh> mesh = surface();
-    // The walk of the unstructured triangulation path: all triangles, first three nodes each.
-    mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, 2);
-    FEL_cell_iter it;
-    std::vector<float> first_x;
-    for (mesh->begin(&it); !it.done; ++it) {
-        EXPECT_EQ(it->type, FEL_CELL_TRIANGLE);
-        FEL_vector3<float> p[3];
-        ASSERT_EQ(mesh->coordinates_at_cell(it.cell, p), 1);
-        first_x.push_back(p[1].x);
-    }
-    EXPECT_EQ(first_x, (std::vector<float>{1, 1, 4}));
-
-    FEL_cell cell;
-    EXPECT_EQ(mesh->int_to_cell(2, 3, &cell), 0);
-    ASSERT_EQ(mesh->int_to_cell(2, 1, &cell), 1);
-    int back = -1;
-    ASSERT_EQ(mesh->cell_to_int(cell, &back), 1);
-    EXPECT_EQ(back, 1);
-}
-
-TEST(FEL_tetrahedral_mesh, TetrahedraAndEmptyMeshes) {
-    // One tetrahedron on the unit axes.
-    FEL_vector3<float>* v = new FEL_vector3<float>[4] {
-        {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {
-            0, 0, 1
-        }
-    };
-    FEL_vector4<int>* t = new FEL_vector4<int>[1] {
-        { 0, 1, 2, 3 }
-    };
-    FEL_pointer<FEL_mesh> mesh(new FEL_tetrahedral_mesh(4, v, 0, nullptr, nullptr, 1, t));
+TEST(FEL_tetrahedral_mesh, WalksTetrahedraNumbersTrianglesAndRefusesEmptyMeshes) {
+    // One tetrahedron on the unit axes; two of its faces are triangles of set 7.
+    auto* v = heap<FEL_vector3<float>>({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}});
+    auto* t = heap<FEL_vector3<int>>({{0, 1, 2}, {0, 1, 3}});
+    auto* tet = heap<FEL_vector4<int>>({{0, 1, 2, 3}});
+    FEL_pointer<FEL_mesh> mesh(new FEL_tetrahedral_mesh(4, v, 2, t, heap({7, 7}), 1, tet));
     FEL_cell_iter it;
     ASSERT_EQ(mesh->begin(&it), 1);
     EXPECT_EQ(it->type, FEL_CELL_TETRAHEDRON);
@@ -68,6 +28,15 @@ TEST(FEL_tetrahedral_mesh, TetrahedraAndEmptyMeshes) {
     EXPECT_EQ(corners[3], FEL_vector3<float>(0, 0, 1));
     ++it;
     EXPECT_TRUE(it.done);
+    // Triangles are numbered in their array; a number beyond it names none.
+    FEL_cell cell;
+    EXPECT_EQ(mesh->int_to_cell(2, 2, &cell), 0);
+    ASSERT_EQ(mesh->int_to_cell(2, 1, &cell), 1);
+    int back = -1;
+    ASSERT_EQ(mesh->cell_to_int(cell, &back), 1);
+    EXPECT_EQ(back, 1);
+    ASSERT_EQ(mesh->coordinates_at_cell(cell, corners), 1);
+    EXPECT_EQ(corners[2], FEL_vector3<float>(0, 0, 1));
 
     FEL_pointer<FEL_mesh> empty(
         new FEL_tetrahedral_mesh(0, nullptr, 0, nullptr, nullptr, 0, nullptr));

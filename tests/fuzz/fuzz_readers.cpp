@@ -48,7 +48,7 @@ void reset_generator() {
 }
 
 // Each line: n points from lo to hi.
-void set_lines(int n, const double lo[3], const double hi[3]) {
+[[maybe_unused]] void set_lines(int n, const double lo[3], const double hi[3]) {
     GridLine* lines[3] = {&Xgdln, &Ygdln, &Zgdln};
     for (int a = 0; a < 3; ++a) {
         lines[a]->nGdpts = n;
@@ -57,41 +57,10 @@ void set_lines(int n, const double lo[3], const double hi[3]) {
     }
 }
 
-void final_points() {
+[[maybe_unused]] void final_points() {
     double t[3];
     int16_t shift[3];
     set_final_gdpts(t, shift);
-}
-
-[[maybe_unused]] void run_spec(const std::string& path) {
-    manage_gridgen_input(path.c_str());
-    genXYZgdsFromSpecs(&Xgdln, &Ygdln, &Zgdln);
-    full_span_grids_and_bodies();
-    ck_lines_size();
-    // Marking is linear in the cells; a large valid grid would only slow the search down.
-    if (1.0 * Xgdln.nGdpts * Ygdln.nGdpts * Zgdln.nGdpts < 1e6) mark_all_body_cells();
-    final_points();
-}
-
-[[maybe_unused]] void run_points(const std::string& path) {
-    Body* body = new_body_struct();
-    body->type = 0;
-    body->pointsFile = strdup(path.c_str());
-    std::unique_ptr<FILE, int (*)(FILE*)> f(std::fopen(path.c_str(), "r"), std::fclose);
-    read_body_cuts_pts(body, f.get());
-    body->pointsFile[0] = '\0';  // read: the rest of the body's finish without reading again
-    bodies_lex_input_done();
-    if (body->bdyMin[0] == UNSET_DBL) return;
-    set_lines(7, body->bdyMin, body->bdyMax);
-    mark_all_body_cells();
-}
-
-[[maybe_unused]] void run_layers(const std::string& path) {
-    std::unique_ptr<FILE, int (*)(FILE*)> f(std::fopen(path.c_str(), "r"), std::fclose);
-    rd_gen_layer_gds(f.get());
-    const double lo[3] = {0, 0, 0}, hi[3] = {1, 1, 1};
-    set_lines(2, lo, hi);
-    final_points();
 }
 
 }  // namespace
@@ -110,11 +79,30 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         unsigned flags = size % 2 ? 292 : 0;
         FEL_read_mesh(path, flags, -1);
 #elif defined(KAVEX_FUZZ_spec)
-        run_spec(path);
+        manage_gridgen_input(path.c_str());
+        genXYZgdsFromSpecs(&Xgdln, &Ygdln, &Zgdln);
+        full_span_grids_and_bodies();
+        ck_lines_size();
+        // Marking is linear in the cells; a large valid grid would only slow the search down.
+        if (1.0 * Xgdln.nGdpts * Ygdln.nGdpts * Zgdln.nGdpts < 1e6) mark_all_body_cells();
+        final_points();
 #elif defined(KAVEX_FUZZ_points)
-        run_points(path);
+        Body* body = new_body_struct();
+        body->type = 0;
+        body->pointsFile = strdup(path.c_str());
+        std::unique_ptr<FILE, int (*)(FILE*)> f(std::fopen(path.c_str(), "r"), std::fclose);
+        read_body_cuts_pts(body, f.get());
+        body->pointsFile[0] = '\0';  // read: the rest of the body's finish without reading again
+        bodies_lex_input_done();
+        if (body->bdyMin[0] == UNSET_DBL) return 0;
+        set_lines(7, body->bdyMin, body->bdyMax);
+        mark_all_body_cells();
 #elif defined(KAVEX_FUZZ_layers)
-        run_layers(path);
+        std::unique_ptr<FILE, int (*)(FILE*)> f(std::fopen(path.c_str(), "r"), std::fclose);
+        rd_gen_layer_gds(f.get());
+        const double lo[3] = {0, 0, 0}, hi[3] = {1, 1, 1};
+        set_lines(2, lo, hi);
+        final_points();
 #endif
     } catch (const GeneratorEnded&) {
     } catch (const FEL_exception&) {

@@ -19,15 +19,10 @@ struct FEL_test_dir : ScratchDir {
     }
 };
 
-// Byte strings of 32-bit numbers in either order.
+// Byte strings of little-endian 32-bit numbers.
 inline std::string le32(std::uint32_t v) {
     std::string s(4, '\0');
     for (int b = 0; b < 4; ++b) s[b] = static_cast<char>(v >> (8 * b));
-    return s;
-}
-inline std::string be32(std::uint32_t v) {
-    std::string s(4, '\0');
-    for (int b = 0; b < 4; ++b) s[3 - b] = static_cast<char>(v >> (8 * b));
     return s;
 }
 inline std::string le_float(float f) {
