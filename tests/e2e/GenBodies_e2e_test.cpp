@@ -69,7 +69,6 @@ TEST(GenBodiesRun, CutBodyAtTheThresholdInEitherPlaneOrderBlocksItsBoundaryCells
         ASSERT_EQ(run.status, 0) << run.Read("Kavex3_GridGen.err");
         EXPECT_EQ(run.Read("SolverGdInp.dat"), expected);
         EXPECT_EQ(run.Read("KX3.grid.dat"), GridFile(kCorners, "# 0.000000 0.000000 0.000000"));
-        EXPECT_EQ(run.Read("Lcl2Gbl.dat"), "0.000000 0.000000 0.000000 \n");
     }
 }
 
@@ -92,7 +91,6 @@ TEST(GenBodiesRun, ThinCutBodyAndRotorCentreInTheSolverFile) {
               SolverFile(kCorners, {"3, 3, 3", "3, 3, 4", "3, 4, 3", "3, 4, 4"},
                          "#\n# Number of Rotors:\n1\n#\n# Rotor Centers (X, Y, Z):\n"
                          "                60,                 50,                 60\n"));
-    EXPECT_EQ(run.Read("Lcl2Gbl.dat"), "10.000000 0.000000 0.000000 \n");
 }
 
 }  // namespace

@@ -35,25 +35,24 @@ struct RunDir : GridGenRun {
 
 // ---- Project text -------------------------------------------------------------------------
 
-std::string options(int debugLevel, const std::string& start, const std::string& layerFile) {
-    std::string text = "Start Options\nGrid Start Point: " + start + "\n";
-    text += Fmt("Debug Level: %d\n", debugLevel);
-    if (!layerFile.empty()) text += "Layer File: " + layerFile + "\n";
-    return text + "End Options\n";
-}
-
-const char* kBodies =
-    "Start Body Definitions\nNew Body\nname: Box\ntype: XcutPlanes\nPoints File: cube.cut\n"
-    "used in solver: False\n#\nEnd Body Definitions\n";
-
 std::string spec(const std::string& from, const std::string& to, const std::string& nGds,
                  const std::string& extra = "") {
     return "New GridSpec\nfrom: Box L" + from + "\nto: Box L" + to + "\nnumber of Grids: " + nGds +
            "\n" + extra + "#\n";
 }
 
-std::string section(char axis, const std::string& specs) {
-    return Fmt("Body %c-GridSpec\n", axis) + specs + Fmt("End %c-Grid Spec\n", axis);
+// The options, the cube as body "Box" not used in the solver, and the specs of each axis.
+std::string cube_project(int debugLevel, const std::string& start, const std::string& layerFile,
+                         const std::string& x, const std::string& y, const std::string& z) {
+    std::string text = "Start Options\nGrid Start Point: " + start + "\n";
+    text += Fmt("Debug Level: %d\n", debugLevel);
+    if (!layerFile.empty()) text += "Layer File: " + layerFile + "\n";
+    text +=
+        "End Options\nStart Body Definitions\nNew Body\nname: Box\ntype: XcutPlanes\nPoints File: "
+        "cube.cut\nused in solver: False\n#\nEnd Body Definitions\n";
+    for (const auto& [axis, specs] : {std::pair{'X', x}, {'Y', y}, {'Z', z}})
+        text += Fmt("Body %c-GridSpec\n", axis) + specs + Fmt("End %c-Grid Spec\n", axis);
+    return text;
 }
 
 // ---- Grid rules, worked independently ------------------------------------------------------
@@ -137,10 +136,9 @@ TEST(GdRunE2E, UniformGradedOverlappingForcedFractionalAndReversedSpecs) {
     // Z: 3.5 cells over [0,7], rounded to 4; "from 10 to 7" with ratio 2 is [7,10] with ratio 0.5.
     // No layer file: no layers.
     const std::string project =
-        options(0, "(-5.0,1.5,100.0)", "") + kBodies +
-        section('X', spec("0", "1", "10") + spec("0.4", "0.6", "10")) +
-        section('Y', spec("0", "1", "5", "GP Ratio: 1.2\n") + spec("0.5", "0.5", "0")) +
-        section('Z', spec("0", "0.7", "3.5") + spec("1", "0.7", "3", "GP Ratio: 2\n"));
+        cube_project(0, "(-5.0,1.5,100.0)", "", spec("0", "1", "10") + spec("0.4", "0.6", "10"),
+                     spec("0", "1", "5", "GP Ratio: 1.2\n") + spec("0.5", "0.5", "0"),
+                     spec("0", "0.7", "3.5") + spec("1", "0.7", "3", "GP Ratio: 2\n"));
     RunDir run;
     ASSERT_EQ(run.run(project), 0) << run.Read("Kavex3_GridGen.err");
 
@@ -183,9 +181,9 @@ TEST(GdRunE2E, SymmetryAndLayersWithTheCornerTable) {
     // X: 7 cells over [2,10] kept symmetric about 5: folded pieces [0,2] with 1.75 cells (from
     // the mirror [0,8]) and [2,5] with 2.625 cells, rounded to 2 and 3, then reflected about 5.
     const std::string project =
-        options(3, "(0.0,0.0,0.0)", "layers.dat") + kBodies +
-        section('X', spec("0.2", "1", "7", "Maintain Symmetry About: Box L0.5\n")) +
-        section('Y', spec("0", "1", "2")) + section('Z', spec("0", "1", "1"));
+        cube_project(3, "(0.0,0.0,0.0)", "layers.dat",
+                     spec("0.2", "1", "7", "Maintain Symmetry About: Box L0.5\n"),
+                     spec("0", "1", "2"), spec("0", "1", "1"));
     RunDir run;
     run.Write("layers.dat", kLayers);
     ASSERT_EQ(run.run(project), 0) << run.Read("Kavex3_GridGen.err");
@@ -297,10 +295,9 @@ std::string small_debug(int level, const RunDir& run, const Axis a[3]) {
 TEST(GdRunE2E, DebugOutputAtEachLevelThreshold) {
     // 2 cells on each axis over the cube, Z symmetric about its middle; one X layer before.
     for (int level : {0, 3, 5, 9, 10}) {
-        const std::string project =
-            options(level, "(1.0,2.0,3.0)", "layers.dat") + kBodies +
-            section('X', spec("0", "1", "2")) + section('Y', spec("0", "1", "2")) +
-            section('Z', spec("0", "1", "2", "Maintain Symmetry About: Box L0.5\n"));
+        const std::string project = cube_project(
+            level, "(1.0,2.0,3.0)", "layers.dat", spec("0", "1", "2"), spec("0", "1", "2"),
+            spec("0", "1", "2", "Maintain Symmetry About: Box L0.5\n"));
         RunDir run;
         run.Write("layers.dat", "1\n1 1 2 2 1\n0 0 0 0 0\n");
         ASSERT_EQ(run.run(project), 0) << run.Read("Kavex3_GridGen.err");
