@@ -90,9 +90,7 @@ TEST(ReadGridFile, RewritesCutStlAndPlot3DBodiesByteForByte) {
 }
 
 TEST(ReadGridFile, ShortRecordsUnknownTypesAndAMissingProject) {
-    const struct {
-        std::string text, runDir, name, bodies, tempGrid;
-    } rows[] = {
+    const std::tuple<std::string, std::string, std::string, std::string, std::string> rows[] = {
         // No "Points File: " behind the type line: no body, and that line isn't written.
         {"a\n  type: STL\n  Points File:x\nafter\n", "/d", "p.Grid", "", "a\n" + kTypeX + "\n"},
         // No "used in solver:" line: the body stands, the reading stops after its points line.
@@ -109,11 +107,11 @@ TEST(ReadGridFile, ShortRecordsUnknownTypesAndAMissingProject) {
         // A missing project gives no bodies and leaves the solver file's name alone.
         {"", "/d", "missing.Grid", "", ""},
     };
-    for (const auto& row : rows) {
-        const ReadResult r = ReadProject(row.text, row.runDir, row.name);
+    for (const auto& [text, runDir, name, bodies, tempGrid] : rows) {
+        const ReadResult r = ReadProject(text, runDir, name);
         EXPECT_EQ(std::make_tuple(r.blnFailed, r.strBodies, r.strTempGrid, r.strSolverInput),
-                  std::make_tuple(false, row.bodies, row.tempGrid, std::string("<unset>")))
-            << row.text;
+                  std::make_tuple(false, bodies, tempGrid, std::string("<unset>")))
+            << text;
     }
 }
 

@@ -34,10 +34,9 @@ inline std::string stream_text(const std::function<void(FILE*)>& write) {
 
 // Options at their defaults but quiet, empty grid lines, no bodies, no body cells and no spec
 // section read (the old storage is left behind, as the generator never frees it).
-inline void reset_generator_records(int debugLevel = 0, FILE* debugStream = stdout) {
+inline void reset_generator_records(int debugLevel = 0) {
     init_options2();
     gd_options.debugLevel = debugLevel;
-    gd_options.debugStream = debugStream;
     init_all_grid_lines2();
     reset_newBdyGdspc_parms2();
     pref_options = GdOptions{};

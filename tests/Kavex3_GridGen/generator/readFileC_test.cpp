@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include "gdtest_util.h"
 #include "generator/readFileC_dbg.h"
@@ -113,28 +114,21 @@ TEST_F(ReadFileCTest, PositionsRelativeToBodies) {
     hub->rotor = &hubRotor;
     for (int a = 0; a < 3; ++a) hub->bdyMin[a] = 0, hub->bdyMax[a] = 10;
     box = &allBdys[0];
-    // Length code 0 is the middle (a rotor's centre), 1 the maximum, 2 the minimum plus the
-    // fraction of the length, any other the middle plus it; an unknown or empty name is unset.
-    const struct {
-        const char* name;
-        int code;
-        double fraction;
-        int axis;
-        double expected;
-    } rows[] = {{"Box", 2, 0.25, 0, -1.0 + 4.0 * 0.25},
-                {"Box", 1, DBL_MAX, 1, 6.0},
-                {"Box", 0, DBL_MAX, 2, 15.0},
-                {"Box", 7, -0.5, 2, 15.0 - 10.0 * 0.5},
-                {"Hub", 0, DBL_MAX, 1, 8.0},
-                {"Nobody", 2, 0.0, 0, DBL_MAX},
-                {"", 2, 0.0, 0, DBL_MAX}};
-    for (const auto& row : rows) {
-        const BodyLengthPosn posn{const_cast<char*>(row.name), row.code, row.fraction};
-        EXPECT_EQ(
-            reltd_bdyposn_to_abs_posn(
-                &posn, std::strcmp(row.name, "Box") == 0 && row.code ? box : nullptr, row.axis),
-            row.expected)
-            << row.name << row.code;
+    // Rows: name, length code, fraction, axis, position. Length code 0 is the middle (a rotor's
+    // centre), 1 the maximum, 2 the minimum plus the fraction of the length, any other the middle
+    // plus it; an unknown or empty name is unset.
+    const std::tuple<const char*, int, double, int, double> rows[] = {
+        {"Box", 2, 0.25, 0, -1.0 + 4.0 * 0.25},
+        {"Box", 1, DBL_MAX, 1, 6.0},
+        {"Box", 0, DBL_MAX, 2, 15.0},
+        {"Box", 7, -0.5, 2, 15.0 - 10.0 * 0.5},
+        {"Hub", 0, DBL_MAX, 1, 8.0},
+        {"Nobody", 2, 0.0, 0, DBL_MAX},
+        {"", 2, 0.0, 0, DBL_MAX}};
+    for (const auto& [name, code, fraction, axis, expected] : rows) {
+        const BodyLengthPosn posn{const_cast<char*>(name), code, fraction};
+        const Body* own = std::strcmp(name, "Box") == 0 && code ? box : nullptr;
+        EXPECT_EQ(reltd_bdyposn_to_abs_posn(&posn, own, axis), expected) << name << code;
     }
     allBdys[1].rotor = nullptr;  // a rotor type without its rotor takes the box middle
     const BodyLengthPosn hubMid{const_cast<char*>("Hub"), 0, DBL_MAX};
