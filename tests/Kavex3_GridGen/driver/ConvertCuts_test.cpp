@@ -13,15 +13,12 @@
 namespace {
 
 // Puts directory at the head of PATH (or as all of it) while it lives.
-class PathPrefix {
-  public:
-    PathPrefix(const std::string& directory, bool blnKeepRest) : m_strOld(getenv("PATH")) {
+struct PathPrefix {
+    PathPrefix(const std::string& directory, bool blnKeepRest) {
         setenv("PATH", (blnKeepRest ? directory + ":" + m_strOld : directory).c_str(), 1);
     }
     ~PathPrefix() { setenv("PATH", m_strOld.c_str(), 1); }
-
-  private:
-    std::string m_strOld;
+    const std::string m_strOld = getenv("PATH");
 };
 
 // A stand-in for the external converter: it writes its own path and arguments, one a line, to

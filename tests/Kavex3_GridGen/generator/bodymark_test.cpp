@@ -27,7 +27,7 @@ class BodyMarking : public GenTest {
 
 TEST_F(BodyMarking, ExtentCellsHonourTheCellTolerance) {
     // Points 0, 1, 2, 3, 4, 5: cells 0 .. 4; cellTol 1e-5.
-    std::vector<double> g = {0, 1, 2, 3, 4, 5};
+    Pts g = {0, 1, 2, 3, 4, 5};
     BodyMarkWork w;
     for (int a = 0; a < 3; ++a) {
         w.GDpts[a] = g.data();

@@ -14,8 +14,8 @@ namespace {
 
 using FullSpan = GenTest;
 
-std::vector<double> cut_points(const BodyCut& cut) {
-    return std::vector<double>(&cut.pts[0][0], &cut.pts[0][0] + 2 * cut.nPts);
+Pts cut_points(const BodyCut& cut) {
+    return Pts(&cut.pts[0][0], &cut.pts[0][0] + 2 * cut.nPts);
 }
 
 TEST_F(FullSpan, LineIsMirroredBelowTheBodiesAndCutAboveThem) {
@@ -79,9 +79,9 @@ TEST_F(FullSpan, TwoAxesGiveFourDeepCopiesOfEachBody) {
 
     full_span_grids_and_bodies();
 
-    EXPECT_EQ(points(Xgdln), (std::vector<double>{-2, -1, 1, 2}));
+    EXPECT_EQ(points(Xgdln), (Pts{-2, -1, 1, 2}));
     EXPECT_EQ(points(Ygdln), points(Xgdln));
-    EXPECT_EQ(points(Zgdln), (std::vector<double>{1, 2}));
+    EXPECT_EQ(points(Zgdln), (Pts{1, 2}));
     ASSERT_EQ(numBdys, 12);
     // Order: originals, their X copies, then Y copies of all six.
     const int mirrorAxis[12] = {3, 3, 3, 0, 0, 0, 1, 1, 1, 1, 1, 1};
@@ -93,22 +93,22 @@ TEST_F(FullSpan, TwoAxesGiveFourDeepCopiesOfEachBody) {
     }
     // Z-cut body: X reflects q1 and swaps its extreme indices, Y does so for q2.
     const Body& zxy = allBdys[9];
-    EXPECT_EQ(cut_points(allBdys[3].cuts[1]), (std::vector<double>{-1, 1, -3, 1, -3, 2, -1, 2}));
-    EXPECT_EQ(cut_points(zxy.cuts[0]), (std::vector<double>{-1, -1, -3, -1, -3, -2, -1, -2}));
+    EXPECT_EQ(cut_points(allBdys[3].cuts[1]), (Pts{-1, 1, -3, 1, -3, 2, -1, 2}));
+    EXPECT_EQ(cut_points(zxy.cuts[0]), (Pts{-1, -1, -3, -1, -3, -2, -1, -2}));
     EXPECT_EQ((std::vector<int>{zxy.cuts[0].minQ1, zxy.cuts[0].maxQ1, zxy.cuts[0].minQ2,
                                 zxy.cuts[0].maxQ2}),
               (std::vector<int>{1, 0, 2, 0}));
     EXPECT_EQ(zxy.cuts[0].posn, 1);
-    EXPECT_EQ(box(zxy), (std::vector<double>{-3, -2, 1, -1, -1, 2}));
+    EXPECT_EQ(box(zxy), (Pts{-3, -2, 1, -1, -1, 2}));
     // X-cut body: X reflects the planes, which then descend; Y reflects q1.
     const Body& xxy = allBdys[10];
     EXPECT_EQ((Pts{xxy.cuts[0].posn, xxy.cuts[1].posn}), (Pts{-1, -2}));
-    EXPECT_EQ(cut_points(xxy.cuts[1]), (std::vector<double>{-1, 0, -2, 0, -2, 1}));
-    EXPECT_EQ(box(xxy), (std::vector<double>{-2, -2, 0, -1, -1, 1}));
+    EXPECT_EQ(cut_points(xxy.cuts[1]), (Pts{-1, 0, -2, 0, -2, 1}));
+    EXPECT_EQ(box(xxy), (Pts{-2, -2, 0, -1, -1, 1}));
     // Rotor: the centre on the axis.
     EXPECT_EQ(Pts(allBdys[11].rotor->center, allBdys[11].rotor->center + 3), (Pts{-1, -2, 3}));
     // Copies own their data: the bodies they came from are untouched.
-    EXPECT_EQ(cut_points(allBdys[0].cuts[0]), (std::vector<double>{1, 1, 3, 1, 3, 2, 1, 2}));
+    EXPECT_EQ(cut_points(allBdys[0].cuts[0]), (Pts{1, 1, 3, 1, 3, 2, 1, 2}));
     EXPECT_EQ(rotor.center[0], 1);
     EXPECT_EQ(allBdys[5].rotor->center[1], 2);
 }

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -118,11 +119,8 @@ class BodyBuilder {
         for (const auto& [posn, poly] : cuts) {
             std::vector<double>& pts = pts_.emplace_back();
             for (const auto& [q1, q2] : poly) pts.insert(pts.end(), {q1, q2});
-            BodyCut cut{};
-            cut.posn = posn;
-            cut.pts = reinterpret_cast<double(*)[2]>(pts.data());
-            cut.nPts = static_cast<int>(poly.size());
-            stored.push_back(cut);
+            const int nPts = static_cast<int>(poly.size());
+            stored.push_back({posn, reinterpret_cast<double(*)[2]>(pts.data()), nPts, 0, 0, 0, 0});
         }
         body.cuts = stored.data();
         body.nCuts = static_cast<int>(stored.size());
@@ -137,10 +135,8 @@ class BodyBuilder {
         body.usedInSolver = body.fullSpanUsedInSolver = 1;
         body.mirrorAxis = 3;
         body.blockFraction = UNSET_DBL;
-        for (int a = 0; a < 3; ++a) {
-            body.bdyMin[a] = bdyMin[a];
-            body.bdyMax[a] = bdyMax[a];
-        }
+        std::copy(bdyMin.begin(), bdyMin.end(), body.bdyMin);
+        std::copy(bdyMax.begin(), bdyMax.end(), body.bdyMax);
         if (type == 3) {
             pts_.push_back({bdyMin[0], bdyMin[1], bdyMin[2], bdyMax[0], bdyMax[1], bdyMax[2]});
             body.cuboid = pts_.back().data();
