@@ -23,11 +23,6 @@ Pts spec_fields(const BdyGdspc* s, int n) {
     return v;
 }
 
-// Replaces the first "@FILE@" of text by path.
-std::string with_file(std::string text, const std::string& path) {
-    return text.replace(text.find("@FILE@"), 6, path);
-}
-
 // What the run's projects leave out: a solver file name, an absolute thickness given as
 // "Yes, True", a negative ratio (its inverse, negated), a grid line off at its From end and a spec
 // without grids. The rotors span X [-1, 1] and [2, 4].
@@ -141,7 +136,7 @@ TEST_F(ReadFileCTest, PositionsRelativeToBodies) {
 // "from:" is part of the key: that position is empty.
 TEST_F(ReadFileCTest, RecordEndsAndSplitPositions) {
     const std::string wing = file("mainwing.cut", "2 1\n0.0\n0 0\n8.0\n0 0\n");
-    const char* const text = R"(Start Body Definitions
+    const std::string text = R"(Start Body Definitions
 New Body
 center: (9.0,9.0,9.0)
 name: Odd#1
@@ -149,7 +144,8 @@ type: X-Plane Rotor
 New Body
 name: Main Wing
 type: XcutPlanes
-Points File: @FILE@
+Points File: )" + wing +
+                             R"(
 #
 New Body
 name: Ball
@@ -178,7 +174,7 @@ Start Options
 Debug Level: 0
 End Options
 )";
-    const std::string spec = file("quirks.spec", with_file(text, wing));
+    const std::string spec = file("quirks.spec", text);
     manage_gridgen_input(spec.c_str());
     std::vector<std::pair<std::string, int>> names;  // "-" for a body without a name
     for (int b = 0; b < numBdys; ++b)
@@ -236,10 +232,9 @@ TEST_F(ReadFileCDeathTest, FatalInputEndsWithStatusOne) {
                 "^\nError: Incorrect body name 'Nope'\n$");
     // Without a blank before the L the name loses its last letter.
     const std::string wing = file("w.cut", "1 1\n0.0\n0 0\n");
-    const char* const text =
-        "Start Body Definitions\nNew Body\nname: Wing\ntype: XcutPlanes\nPoints File: @FILE@\n"
-        "#\nEnd Body Definitions\nBody Y-GridSpec\nNew GridSpec\nto: Wing L1\nfrom: WingL0.5\n";
-    const std::string glued = file("glued.spec", with_file(text, wing));
+    std::string text = "Start Body Definitions\nNew Body\nname: Wing\ntype: XcutPlanes\n";
+    text += "Points File: " + wing + "\n#\nEnd Body Definitions\nBody Y-GridSpec\nNew GridSpec\n";
+    const std::string glued = file("glued.spec", text + "to: Wing L1\nfrom: WingL0.5\n");
     EXPECT_EXIT(manage_gridgen_input(glued.c_str()), testing::ExitedWithCode(1),
                 "^\nError: Incorrect body name 'Win'\n$");
 }
