@@ -98,17 +98,14 @@ TEST_F(ReadFileCTest, DerivedOptionsTakePreferredNamesAndDebugFile) {
 
 // Body "Box" spans X [-1, 3], Y [2, 6], Z [10, 20]; rotor "Hub" has its centre off its box middle.
 TEST_F(ReadFileCTest, PositionsRelativeToBodies) {
-    Body* box = new_body_struct();
-    box->name = strdup("Box");
-    const double lo[3] = {-1, 2, 10}, hi[3] = {3, 6, 20};
-    for (int a = 0; a < 3; ++a) box->bdyMin[a] = lo[a], box->bdyMax[a] = hi[a];
+    BodyBuilder build;
     Rotor hubRotor{{7, 8, 9}, 1, 0.1, 0, 0.009};
-    Body* hub = new_body_struct();
-    hub->name = strdup("Hub");
-    hub->type = 5;
-    hub->rotor = &hubRotor;
-    for (int a = 0; a < 3; ++a) hub->bdyMin[a] = 0, hub->bdyMax[a] = 10;
-    box = &allBdys[0];
+    *new_body_struct() = build.plain_body(BDY_NONE, {-1, 2, 10}, {3, 6, 20});
+    *new_body_struct() = build.plain_body(BDY_YROTOR, {0, 0, 0}, {10, 10, 10});
+    allBdys[0].name = const_cast<char*>("Box");
+    allBdys[1].name = const_cast<char*>("Hub");
+    allBdys[1].rotor = &hubRotor;
+    const Body* box = &allBdys[0];
     // Rows: name, length code, fraction, axis, position. Length code 0 is the middle (a rotor's
     // centre), 1 the maximum, 2 the minimum plus the fraction of the length, any other the middle
     // plus it; an unknown or empty name is unset.
