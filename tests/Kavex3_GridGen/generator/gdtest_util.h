@@ -44,10 +44,7 @@ inline void reset_generator_records(int debugLevel = 0) {
     allBdys = nullptr;
     numBdys = maxBdys = numOrigBdys = 0;
     OptionsDefnDone = BodyDefnsDone = XgdSpecDone = YgdSpecDone = ZgdSpecDone = 0;
-    for (auto& cells : bodyCells) {
-        std::free(cells);
-        cells = nullptr;
-    }
+    for (auto& cells : bodyCells) std::free(std::exchange(cells, nullptr));
     nBodyCells = 0;
 }
 
