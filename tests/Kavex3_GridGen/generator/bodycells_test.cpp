@@ -51,9 +51,8 @@ TEST_F(BodyCellStore, DebugListsAreShiftedAndAboveLevelNineEachMarkedCell) {
 TEST_F(BodyCellStore, LongListsGrowAreWrittenWholeAndShift) {
     // Enough cells to grow the store twice and lines to pass through the writer's buffer several
     // times; expected text by printf.
-    std::string expected =
-        "#\n# Num. of Body Cells:\n3000\n# Body Cells ({I-index, J-index, "
-        "K-index} of the cells)\n";
+    std::string expected = "#\n# Num. of Body Cells:\n3000\n";
+    expected += "# Body Cells ({I-index, J-index, K-index} of the cells)\n";
     for (int c = 0; c < 3000; ++c) {
         mark_body_cell(0, c * 10, 1, 32767 - c, 2, c % 3);
         expected += std::to_string(c * 10 + 1) + ", " + std::to_string(32768 - c) + ", " +
