@@ -83,7 +83,8 @@ TEST_F(FullSpan, TwoAxesGiveFourDeepCopiesOfEachBody) {
     EXPECT_EQ(points(Ygdln), points(Xgdln));
     EXPECT_EQ(points(Zgdln), (Pts{1, 2}));
     ASSERT_EQ(numBdys, 12);
-    // Order: originals, their X copies, then Y copies of all six.
+    // Order: originals, their X copies, then Y copies of all six. Cuts, points or rotors shared
+    // between copies would be mirrored twice and show in the copies' values below.
     const int mirrorAxis[12] = {3, 3, 3, 0, 0, 0, 1, 1, 1, 1, 1, 1};
     const int used[12] = {1, 1, 1, 0, 1, 1, 0, 1, 1, 0, 1, 1};
     for (int b = 0; b < 12; ++b) {
