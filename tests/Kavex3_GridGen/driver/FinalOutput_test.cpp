@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <utility>
 
 #include "FEL_curvilinear_mesh.h"
 #include "ScratchDir.h"
@@ -27,9 +28,7 @@ FEL_pointer<FEL_mesh> SmallGrid() {
 TEST(FinalOutput, SolverInputRewrite) {
     const std::string head = "# IE = 2\n2\n#\n";
     const std::string list = "# Body Cells ({I-index, J-index, K-index} of the cells)\n2, 1, 2\n";
-    const struct {
-        std::string solver, expected;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {head + "# Num. of Body Cells:\n1\n# Body Cells\n1, 1, 1\n#\n# Number of Rotors:\n0\n",
          head + "# Num. of Body Cells:\n1\n" + list + "#\n# Number of Rotors:\n0\n"},
         // Without the count's marker, all is copied, then the list, "#" and an empty line.
@@ -38,16 +37,16 @@ TEST(FinalOutput, SolverInputRewrite) {
         {head + "# Num. of Body Cells:\n3\n1, 1, 1\n",
          head + "# Num. of Body Cells:\n1\n" + list + "#\n\n"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [solver, expected] : cases) {
         ScratchDir dir;
         g_strTempDir = dir.Path();
-        WriteWholeFile(dir / "S", c.solver);
+        WriteWholeFile(dir / "S", solver);
         FEL_pointer<FEL_mesh> mesh = SmallGrid();
         CreateGrid(g_gridCells, mesh);
         for (int n = 0; n < 8; ++n) g_gridCells(n / 4, n / 2 % 2, n % 2).m_eState = CELL_EXTERIOR;
         g_gridCells(1, 0, 1).m_eState = CELL_UNKNOWN;
         WriteFinalOutput(dir / "S", dir / "grid", mesh, GridOffsets(), {});
-        EXPECT_EQ(ReadWholeFile(dir / "S"), c.expected);
+        EXPECT_EQ(ReadWholeFile(dir / "S"), expected);
         EXPECT_FALSE(PathExists(dir / "temp.ClWdths"));
         g_gridCells.Release();
     }

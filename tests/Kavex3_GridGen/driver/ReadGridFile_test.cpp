@@ -16,8 +16,8 @@ struct ReadResult {
     std::string strSolverInput = "<unset>";
     FEL_vector3<float> conversionFactor{1.0f, 1.0f, 1.0f};
     std::vector<_BodyStruct> bodies = std::vector<_BodyStruct>(2);
-    std::string strBodies;  // a line per body: kind (0 to 4), points file, cut file
-    std::string strUsed;    // a letter per body: T used in the solver, F not
+    // A line per body: kind (0 to 4), points file, cut file, T if used in the solver or else F.
+    std::string strBodies;
 };
 
 // Writes the project text as "p.Grid", runs ReadGridFile on the file name with run directory
@@ -33,11 +33,9 @@ ReadResult ReadProject(const std::string& projectText, const std::string& runDir
                                     result.conversionFactor, result.bodies);
     tempGrid.close();
     result.strTempGrid = ReadWholeFile(dir / "temp.Grid");
-    for (const _BodyStruct& b : result.bodies) {
-        result.strBodies +=
-            std::to_string(b.eBodyType) + " " + b.strPointsFile + " " + b.strCutFile + "\n";
-        result.strUsed += b.blnUsedInSolver ? 'T' : 'F';
-    }
+    for (const _BodyStruct& b : result.bodies)
+        result.strBodies += std::to_string(b.eBodyType) + " " + b.strPointsFile + " " +
+                            b.strCutFile + (b.blnUsedInSolver ? " T\n" : " F\n");
     return result;
 }
 
@@ -56,6 +54,7 @@ std::string Body(const std::string& name, const std::string& typeLine,
 TEST(ReadGridFile, RewritesCutStlAndPlot3DBodiesByteForByte) {
     const std::string options =
         "Start Options\n    Grid Start Point: (0.0,0.0,0.0)\n"
+        "    Conversion Factor: 9\n    Conversion Factor: (9, x\n"
         "    Conversion Factor: (2.0, 3.0, 4.0)\n    Debug Level: 1\n"
         "    Solver Input File: C:\\runs\\SolverGdInp.dat\n    Layer File: layers.dat\n"
         "End Options\nStart Body Definitions\n";
@@ -81,39 +80,36 @@ TEST(ReadGridFile, RewritesCutStlAndPlot3DBodiesByteForByte) {
     EXPECT_EQ(r.strTempGrid, expected);
 
     EXPECT_EQ(r.strBodies,
-              "0 plate.cut /run/dir/1-x.cut\n3 /data/hull.stl /run/dir/2-x.cut\n"
-              "4 C:\\models\\wing.p3d /run/dir/3-x.cut\n2 fin.cut /run/dir/4-x.cut\n");
-    EXPECT_EQ(r.strUsed, "TFTT");
+              "0 plate.cut /run/dir/1-x.cut T\n3 /data/hull.stl /run/dir/2-x.cut F\n"
+              "4 C:\\models\\wing.p3d /run/dir/3-x.cut T\n2 fin.cut /run/dir/4-x.cut T\n");
     EXPECT_EQ(g_vecstrTempFiles,
               (std::vector<std::string>{"earlier", "/run/dir/1-x.cut", "/run/dir/2-x.cut",
                                         "/run/dir/3-x.cut", "/run/dir/4-x.cut"}));
 }
 
 TEST(ReadGridFile, ShortRecordsUnknownTypesAndAMissingProject) {
-    const struct {
-        std::string text, runDir, name, bodies, tempGrid;
-    } rows[] = {
+    const std::tuple<std::string, std::string, std::string, std::string, std::string> rows[] = {
         // No "Points File: " behind the type line: no body, and that line isn't written.
         {"a\n  type: STL\n  Points File:x\nafter\n", "/d", "p.Grid", "", "a\n" + kTypeX + "\n"},
         // No "used in solver:" line: the body stands, the reading stops after its points line.
         {"  type: YcutPlanes\n  Points File: y.cut\n  used: True\nafter\n", "/r", "p.Grid",
-         "1 y.cut /r/1-x.cut\n", kTypeX + "\n" + kPoints + "/r/1-x.cut\n"},
+         "1 y.cut /r/1-x.cut F\n", kTypeX + "\n" + kPoints + "/r/1-x.cut\n"},
         // The type line is the file's last line.
         {"x\n type: XcutPlanes", "/d", "p.Grid", "", "x\n type: XcutPlanes\n"},
         // Unknown type words pass unchanged and number no body.
         {"  type: X-Plane Rotor\n  Points File: rotor.dat\n  used in solver: True\n"
          "  type: STL\n  Points File: b.stl\n  used in solver: False\n",
-         "run", "p.Grid", "3 b.stl run/1-x.cut\n",
+         "run", "p.Grid", "3 b.stl run/1-x.cut F\n",
          "  type: X-Plane Rotor\n  Points File: rotor.dat\n  used in solver: True\n" + kTypeX +
              "\n" + kPoints + "run/1-x.cut\n  used in solver: False\n"},
         // A missing project gives no bodies and leaves the solver file's name alone.
         {"", "/d", "missing.Grid", "", ""},
     };
-    for (const auto& row : rows) {
-        const ReadResult r = ReadProject(row.text, row.runDir, row.name);
+    for (const auto& [text, runDir, name, bodies, tempGrid] : rows) {
+        const ReadResult r = ReadProject(text, runDir, name);
         EXPECT_EQ(std::make_tuple(r.blnFailed, r.strBodies, r.strTempGrid, r.strSolverInput),
-                  std::make_tuple(false, row.bodies, row.tempGrid, std::string("<unset>")))
-            << row.text;
+                  std::make_tuple(false, bodies, tempGrid, std::string("<unset>")))
+            << text;
     }
 }
 
@@ -135,11 +131,8 @@ TEST(ReadGridFile, DebugLevelConversionFactorAndSolverInputLines) {
         {"Conversion Factor: (2.0, 3.0, 4.0)\nConversion Factor: (8.0, x, 9.0)\n",
          {8.0f, 3.0f, 4.0f}},
         {"Conversion Factor: 2.0, 3.0, 4.0\n", {1.0f, 1.0f, 1.0f}}};
-    for (const auto& [text, factor] : factors) {
-        const ReadResult r = ReadProject(text);
-        EXPECT_EQ(r.conversionFactor, factor) << text;
-        EXPECT_EQ(r.strTempGrid, text);
-    }
+    for (const auto& [text, factor] : factors)
+        EXPECT_EQ(ReadProject(text).conversionFactor, factor) << text;
     const std::pair<const char*, const char*> solvers[] = {
         {"  Solver Input File: a.dat\nSolver Input File: D:\\b.dat\n", "D:\\b.dat"},
         {"Solver Input File:\n", ""},

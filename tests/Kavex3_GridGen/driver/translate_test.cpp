@@ -4,24 +4,22 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <utility>
 
 #include "ScratchDir.h"
 
 TEST(TranslateToGlobal, TranslationThatIsNoUsableNumberEndsTheRun) {
-    const struct {
-        const char* text;
-        const char* message;
-    } rows[] = {
+    const std::pair<const char*, const char*> rows[] = {
         {"0.5 nan 1\n", "'Lcl2Gbl.dat', Y translation = nan: not a number"},
         {"0.5 2e15 1\n", "'Lcl2Gbl.dat', Y translation = 1.99999997398221e\\+15: beyond"},
         {"0.5 0.25\n", "'Lcl2Gbl.dat', Z translation = nan: not a number"},
     };
-    for (const auto& row : rows) {
+    for (const auto& [text, message] : rows) {
         ScratchDir dir;
-        std::ofstream(dir / "Lcl2Gbl.dat") << row.text;
+        std::ofstream(dir / "Lcl2Gbl.dat") << text;
         std::vector<_BodyStruct> bodies;
         EXPECT_EXIT(TranslateToGlobal(bodies, {1, 1, 1}, dir.Path()), testing::ExitedWithCode(1),
-                    row.message)
-            << row.text;
+                    message)
+            << text;
     }
 }

@@ -27,7 +27,7 @@ Body* add_body(const char* name, int type) {
     return b;
 }
 
-const std::vector<double> kUnset(6, DBL_MAX);
+const Pts kUnset(6, DBL_MAX);
 
 TEST_F(BodiesTest, CutBodiesGetTheirBoxOnEveryAxis) {
     const std::string planes = file("planes.cut", kTwoPlanes);
@@ -43,15 +43,14 @@ TEST_F(BodiesTest, CutBodiesGetTheirBoxOnEveryAxis) {
     const BodyCut* cuts = allBdys[0].cuts;
     ASSERT_EQ(allBdys[0].nCuts, 2);
     EXPECT_EQ(cuts[0].posn, 5.0);
-    EXPECT_EQ(std::make_pair(cuts[0].pts[2][0], cuts[0].pts[2][1]), std::make_pair(-3.0, 0.5));
     EXPECT_EQ((std::vector<int>{cuts[0].minQ1, cuts[0].maxQ1, cuts[0].minQ2, cuts[0].maxQ2,
                                 cuts[1].minQ1, cuts[1].maxQ1, cuts[1].minQ2, cuts[1].maxQ2}),
               (std::vector<int>{2, 0, 0, 1, 0, 1, 2, 0}));
-    EXPECT_EQ(box(allBdys[0]), (std::vector<double>{-2, -3, -6, 5, 4, 2}));
-    EXPECT_EQ(box(allBdys[1]), (std::vector<double>{-3, -2, -6, 4, 5, 2}));
-    EXPECT_EQ(box(allBdys[2]), (std::vector<double>{-3, -6, -2, 4, 2, 5}));
+    EXPECT_EQ(box(allBdys[0]), (Pts{-2, -3, -6, 5, 4, 2}));
+    EXPECT_EQ(box(allBdys[1]), (Pts{-3, -2, -6, 4, 5, 2}));
+    EXPECT_EQ(box(allBdys[2]), (Pts{-3, -6, -2, 4, 2, 5}));
     // Origin (1, 10, 100) on Y planes: posn + 10, pairs (X, Z) + (1, 100).
-    EXPECT_EQ(box(allBdys[3]), (std::vector<double>{-2, 8, 94, 5, 15, 102}));
+    EXPECT_EQ(box(allBdys[3]), (Pts{-2, 8, 94, 5, 15, 102}));
     // Without a points file a cut body has no cuts and keeps its unset box.
     EXPECT_EQ(allBdys[4].nCuts + allBdys[5].nCuts, 0);
     EXPECT_EQ(box(allBdys[4]), kUnset);
@@ -72,29 +71,28 @@ TEST_F(BodiesTest, RotorAndCuboidBoxesFollowTheirScaleRules) {
     add_body("lost", 6);  // rotor type without a rotor: box untouched
     add_body("zcut", 2)->pointsFile = strdup(file("z.cut", kTwoPlanes).c_str());
     bodies_lex_input_done();
-    EXPECT_EQ(
-        (std::vector<double>{ratio.radius, ratio.thickness, absolute.radius, absolute.thickness}),
-        (std::vector<double>{4, 0.1, 2, 2}));
-    EXPECT_EQ(box(allBdys[0]), (std::vector<double>{2 - 4 * 0.1, 2, 8, 2 + 4 * 0.1, 10, 16}));
-    EXPECT_EQ(box(allBdys[1]), (std::vector<double>{0, 1, 2, 4, 5, 6}));
-    EXPECT_EQ(box(allBdys[2]), (std::vector<double>{2, 0, 0, 10, 6, 12}));
+    EXPECT_EQ((Pts{ratio.radius, ratio.thickness, absolute.radius, absolute.thickness}),
+              (Pts{4, 0.1, 2, 2}));
+    EXPECT_EQ(box(allBdys[0]), (Pts{2 - 4 * 0.1, 2, 8, 2 + 4 * 0.1, 10, 16}));
+    EXPECT_EQ(box(allBdys[1]), (Pts{0, 1, 2, 4, 5, 6}));
+    EXPECT_EQ(box(allBdys[2]), (Pts{2, 0, 0, 10, 6, 12}));
     EXPECT_EQ(box(allBdys[3]), kUnset);
     // Z planes: posn by 4, pairs (X, Y) by (2, 3).
-    EXPECT_EQ(box(allBdys[4]), (std::vector<double>{-6, -18, -8, 8, 6, 20}));
+    EXPECT_EQ(box(allBdys[4]), (Pts{-6, -18, -8, 8, 6, 20}));
 }
 
 TEST_F(BodiesTest, NamesMatchWholeFirstOneWinsAndTranslationMovesTheBoxes) {
     double v[4] = {1, 2, 3, 4};
     set_all_bodies_min_max(&v[0], &v[1], &v[2], &v[3], &v[3], &v[3]);  // no bodies: untouched
     bdy_low_high(nullptr, 0, &v[0], &v[1]);                            // no body: untouched
-    EXPECT_EQ(std::vector<double>(v, v + 4), (std::vector<double>{1, 2, 3, 4}));
+    EXPECT_EQ(Pts(v, v + 4), (Pts{1, 2, 3, 4}));
     add_body("cut", 0)->pointsFile = strdup(file("x.cut", kTwoPlanes).c_str());
     add_body("cut", 10);
     bodies_lex_input_done();
     EXPECT_EQ(body_from_name("cut", 1), &allBdys[0]);
     const double t[3] = {1, 2, 3};
     trAllBdyPts(t);
-    EXPECT_EQ(box(allBdys[0]), (std::vector<double>{-1, -1, -3, 6, 6, 5}));
+    EXPECT_EQ(box(allBdys[0]), (Pts{-1, -1, -3, 6, 6, 5}));
 }
 
 TEST_F(BodiesTest, RotorAndCuboidListingsAreExact) {

@@ -11,22 +11,15 @@ namespace {
 
 using BodyCellStore = GenTest;
 
-// The marked cells as "i j k" joined by ", ".
-std::string listed() {
-    std::string text;
-    for (const auto& c : marked_cells())
-        text += (text.empty() ? "" : ", ") + std::to_string(c[0]) + " " + std::to_string(c[1]) +
-                " " + std::to_string(c[2]);
-    return text;
-}
-
 TEST_F(BodyCellStore, ZeroWidthCellsBehindOneBodyCellFillTheCorner) {
     // N = 6 points per axis: cells 0 .. 4, the zero-width boundary cells are 0 and 4, the
     // outermost real cells 1 and 3. A body in the real corner cell (1, 1, 1) blocks, pass by
     // pass, the three faces, three edges and the corner behind it.
     mark_body_cell(0, 1, 1, 1, 2, 1);
     mark_body_blocking_zero_width_cells(6, 6, 6);
-    EXPECT_EQ(listed(), "1 1 1, 0 1 1, 1 0 1, 0 0 1, 1 1 0, 0 1 0, 1 0 0, 0 0 0");
+    const Cells expected = {{1, 1, 1}, {0, 1, 1}, {1, 0, 1}, {0, 0, 1},
+                            {1, 1, 0}, {0, 1, 0}, {1, 0, 0}, {0, 0, 0}};
+    EXPECT_EQ(marked_cells(), expected);
 }
 
 TEST_F(BodyCellStore, ZeroWidthCellsOnBothSidesAndOnlyNextToTheBoundary) {
@@ -36,9 +29,10 @@ TEST_F(BodyCellStore, ZeroWidthCellsOnBothSidesAndOnlyNextToTheBoundary) {
     mark_body_cell(0, 1, 1, 5, 2, 7);
     mark_body_cell(0, 1, 1, 7, 2, 1);
     mark_body_blocking_zero_width_cells(4, 10, 12);
-    EXPECT_EQ(listed(),
-              "1 5 7, 1 7 1, 0 5 7, 2 5 7, 0 7 1, 2 7 1, 1 8 1, 0 8 1, 2 8 1, 1 7 0, 0 7 0, 2 7 0, "
-              "1 8 0, 0 8 0, 2 8 0");
+    const Cells expected = {{1, 5, 7}, {1, 7, 1}, {0, 5, 7}, {2, 5, 7}, {0, 7, 1},
+                            {2, 7, 1}, {1, 8, 1}, {0, 8, 1}, {2, 8, 1}, {1, 7, 0},
+                            {0, 7, 0}, {2, 7, 0}, {1, 8, 0}, {0, 8, 0}, {2, 8, 0}};
+    EXPECT_EQ(marked_cells(), expected);
 }
 
 TEST_F(BodyCellStore, DebugListsAreShiftedAndAboveLevelNineEachMarkedCell) {
@@ -57,9 +51,8 @@ TEST_F(BodyCellStore, DebugListsAreShiftedAndAboveLevelNineEachMarkedCell) {
 TEST_F(BodyCellStore, LongListsGrowAreWrittenWholeAndShift) {
     // Enough cells to grow the store twice and lines to pass through the writer's buffer several
     // times; expected text by printf.
-    std::string expected =
-        "#\n# Num. of Body Cells:\n3000\n# Body Cells ({I-index, J-index, "
-        "K-index} of the cells)\n";
+    std::string expected = "#\n# Num. of Body Cells:\n3000\n";
+    expected += "# Body Cells ({I-index, J-index, K-index} of the cells)\n";
     for (int c = 0; c < 3000; ++c) {
         mark_body_cell(0, c * 10, 1, 32767 - c, 2, c % 3);
         expected += std::to_string(c * 10 + 1) + ", " + std::to_string(32768 - c) + ", " +

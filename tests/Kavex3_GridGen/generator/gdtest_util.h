@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -34,20 +35,16 @@ inline std::string stream_text(const std::function<void(FILE*)>& write) {
 
 // Options at their defaults but quiet, empty grid lines, no bodies, no body cells and no spec
 // section read (the old storage is left behind, as the generator never frees it).
-inline void reset_generator_records(int debugLevel = 0, FILE* debugStream = stdout) {
+inline void reset_generator_records(int debugLevel = 0) {
     init_options2();
     gd_options.debugLevel = debugLevel;
-    gd_options.debugStream = debugStream;
     init_all_grid_lines2();
     reset_newBdyGdspc_parms2();
     pref_options = GdOptions{};
     allBdys = nullptr;
     numBdys = maxBdys = numOrigBdys = 0;
     OptionsDefnDone = BodyDefnsDone = XgdSpecDone = YgdSpecDone = ZgdSpecDone = 0;
-    for (auto& cells : bodyCells) {
-        std::free(cells);
-        cells = nullptr;
-    }
+    for (auto& cells : bodyCells) std::free(std::exchange(cells, nullptr));
     nBodyCells = 0;
 }
 
@@ -119,11 +116,8 @@ class BodyBuilder {
         for (const auto& [posn, poly] : cuts) {
             std::vector<double>& pts = pts_.emplace_back();
             for (const auto& [q1, q2] : poly) pts.insert(pts.end(), {q1, q2});
-            BodyCut cut{};
-            cut.posn = posn;
-            cut.pts = reinterpret_cast<double(*)[2]>(pts.data());
-            cut.nPts = static_cast<int>(poly.size());
-            stored.push_back(cut);
+            const int nPts = static_cast<int>(poly.size());
+            stored.push_back({posn, reinterpret_cast<double(*)[2]>(pts.data()), nPts, 0, 0, 0, 0});
         }
         body.cuts = stored.data();
         body.nCuts = static_cast<int>(stored.size());
@@ -138,10 +132,8 @@ class BodyBuilder {
         body.usedInSolver = body.fullSpanUsedInSolver = 1;
         body.mirrorAxis = 3;
         body.blockFraction = UNSET_DBL;
-        for (int a = 0; a < 3; ++a) {
-            body.bdyMin[a] = bdyMin[a];
-            body.bdyMax[a] = bdyMax[a];
-        }
+        std::copy(bdyMin.begin(), bdyMin.end(), body.bdyMin);
+        std::copy(bdyMax.begin(), bdyMax.end(), body.bdyMax);
         if (type == 3) {
             pts_.push_back({bdyMin[0], bdyMin[1], bdyMin[2], bdyMax[0], bdyMax[1], bdyMax[2]});
             body.cuboid = pts_.back().data();

@@ -26,7 +26,6 @@ TEST(GridWriter, ValuesMatchPlainFormattingByteForByte) {
         std::fputs("\n# Num. of Body Cells:\n0\n", plain);
     });
     EXPECT_EQ(stream_text([&](FILE* f) { wr_grid_file(f, true, t, n, pts); }), expected);
-    EXPECT_NE(expected.find(" 100000000000000000000.00000"), std::string::npos);
 
     // Without the translation the file starts with an empty line.
     const int one[3] = {1, 1, 1};

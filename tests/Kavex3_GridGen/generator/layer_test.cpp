@@ -3,23 +3,18 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 
 #include "gdtest_util.h"
 
 namespace {
 
-FILE* text_stream(const std::string& text) {
-    FILE* f = std::tmpfile();
-    std::fputs(text.c_str(), f);
-    std::rewind(f);
-    return f;
-}
-
 using Layers = GenTest;
 
 TEST_F(Layers, DumpOfAConnectedChain) {
-    FILE* f = text_stream("2  1 1 3 -2 1  2 1 4 2 1");
+    char text[] = "2  1 1 3 -2 1  2 1 4 2 1";
+    FILE* f = fmemopen(text, sizeof text - 1, "r");
     LayerGrids rec{};
     rec.layers = read_layer_spec(f, &rec);
     std::fclose(f);
@@ -41,8 +36,8 @@ TEST_F(Layers, BadListsEndTheProcess) {
          {std::pair{"0 0 -1", "number layers can not be negative"},
           {"0 0 0 1\n1 2 3 4\n", "unexpected end-of-file or error in reading layers"},
           {"0 0 0 0 0", "unexpected end-of-file or error in reading layers"}})
-        EXPECT_EXIT(rd_gen_layer_gds(text_stream(text)), ::testing::ExitedWithCode(1),
-                    std::string("Error: ") + message)
+        EXPECT_EXIT(rd_gen_layer_gds(fmemopen(const_cast<char*>(text), std::strlen(text), "r")),
+                    ::testing::ExitedWithCode(1), std::string("Error: ") + message)
             << text;
 }
 

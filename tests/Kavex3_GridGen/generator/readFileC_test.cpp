@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include "gdtest_util.h"
 #include "generator/readFileC_dbg.h"
@@ -14,17 +15,12 @@ namespace {
 using ReadFileCTest = GenTest;
 
 // The specs' fields in a row: from, to, nGds, ratio, FxdFrom, FxdTo.
-std::vector<double> spec_fields(const BdyGdspc* s, int n) {
-    std::vector<double> v;
+Pts spec_fields(const BdyGdspc* s, int n) {
+    Pts v;
     for (int i = 0; i < n; ++i)
         v.insert(v.end(), {s[i].from, s[i].to, s[i].nGds, s[i].gp_ratio, double(s[i].FxdFrom),
                            double(s[i].FxdTo)});
     return v;
-}
-
-// Replaces the first "@FILE@" of text by path.
-std::string with_file(std::string text, const std::string& path) {
-    return text.replace(text.find("@FILE@"), 6, path);
 }
 
 // What the run's projects leave out: a solver file name, an absolute thickness given as
@@ -102,39 +98,29 @@ TEST_F(ReadFileCTest, DerivedOptionsTakePreferredNamesAndDebugFile) {
 
 // Body "Box" spans X [-1, 3], Y [2, 6], Z [10, 20]; rotor "Hub" has its centre off its box middle.
 TEST_F(ReadFileCTest, PositionsRelativeToBodies) {
-    Body* box = new_body_struct();
-    box->name = strdup("Box");
-    const double lo[3] = {-1, 2, 10}, hi[3] = {3, 6, 20};
-    for (int a = 0; a < 3; ++a) box->bdyMin[a] = lo[a], box->bdyMax[a] = hi[a];
+    BodyBuilder build;
     Rotor hubRotor{{7, 8, 9}, 1, 0.1, 0, 0.009};
-    Body* hub = new_body_struct();
-    hub->name = strdup("Hub");
-    hub->type = 5;
-    hub->rotor = &hubRotor;
-    for (int a = 0; a < 3; ++a) hub->bdyMin[a] = 0, hub->bdyMax[a] = 10;
-    box = &allBdys[0];
-    // Length code 0 is the middle (a rotor's centre), 1 the maximum, 2 the minimum plus the
-    // fraction of the length, any other the middle plus it; an unknown or empty name is unset.
-    const struct {
-        const char* name;
-        int code;
-        double fraction;
-        int axis;
-        double expected;
-    } rows[] = {{"Box", 2, 0.25, 0, -1.0 + 4.0 * 0.25},
-                {"Box", 1, DBL_MAX, 1, 6.0},
-                {"Box", 0, DBL_MAX, 2, 15.0},
-                {"Box", 7, -0.5, 2, 15.0 - 10.0 * 0.5},
-                {"Hub", 0, DBL_MAX, 1, 8.0},
-                {"Nobody", 2, 0.0, 0, DBL_MAX},
-                {"", 2, 0.0, 0, DBL_MAX}};
-    for (const auto& row : rows) {
-        const BodyLengthPosn posn{const_cast<char*>(row.name), row.code, row.fraction};
-        EXPECT_EQ(
-            reltd_bdyposn_to_abs_posn(
-                &posn, std::strcmp(row.name, "Box") == 0 && row.code ? box : nullptr, row.axis),
-            row.expected)
-            << row.name << row.code;
+    *new_body_struct() = build.plain_body(BDY_NONE, {-1, 2, 10}, {3, 6, 20});
+    *new_body_struct() = build.plain_body(BDY_YROTOR, {0, 0, 0}, {10, 10, 10});
+    allBdys[0].name = const_cast<char*>("Box");
+    allBdys[1].name = const_cast<char*>("Hub");
+    allBdys[1].rotor = &hubRotor;
+    const Body* box = &allBdys[0];
+    // Rows: name, length code, fraction, axis, position. Length code 0 is the middle (a rotor's
+    // centre), 1 the maximum, 2 the minimum plus the fraction of the length, any other the middle
+    // plus it; an unknown or empty name is unset.
+    const std::tuple<const char*, int, double, int, double> rows[] = {
+        {"Box", 2, 0.25, 0, -1.0 + 4.0 * 0.25},
+        {"Box", 1, DBL_MAX, 1, 6.0},
+        {"Box", 0, DBL_MAX, 2, 15.0},
+        {"Box", 7, -0.5, 2, 15.0 - 10.0 * 0.5},
+        {"Hub", 0, DBL_MAX, 1, 8.0},
+        {"Nobody", 2, 0.0, 0, DBL_MAX},
+        {"", 2, 0.0, 0, DBL_MAX}};
+    for (const auto& [name, code, fraction, axis, expected] : rows) {
+        const BodyLengthPosn posn{const_cast<char*>(name), code, fraction};
+        const Body* own = std::strcmp(name, "Box") == 0 && code ? box : nullptr;
+        EXPECT_EQ(reltd_bdyposn_to_abs_posn(&posn, own, axis), expected) << name << code;
     }
     allBdys[1].rotor = nullptr;  // a rotor type without its rotor takes the box middle
     const BodyLengthPosn hubMid{const_cast<char*>("Hub"), 0, DBL_MAX};
@@ -147,7 +133,7 @@ TEST_F(ReadFileCTest, PositionsRelativeToBodies) {
 // "from:" is part of the key: that position is empty.
 TEST_F(ReadFileCTest, RecordEndsAndSplitPositions) {
     const std::string wing = file("mainwing.cut", "2 1\n0.0\n0 0\n8.0\n0 0\n");
-    const char* const text = R"(Start Body Definitions
+    const std::string text = R"(Start Body Definitions
 New Body
 center: (9.0,9.0,9.0)
 name: Odd#1
@@ -155,7 +141,8 @@ type: X-Plane Rotor
 New Body
 name: Main Wing
 type: XcutPlanes
-Points File: @FILE@
+Points File: )" + wing +
+                             R"(
 #
 New Body
 name: Ball
@@ -184,23 +171,20 @@ Start Options
 Debug Level: 0
 End Options
 )";
-    const std::string spec = file("quirks.spec", with_file(text, wing));
+    const std::string spec = file("quirks.spec", text);
     manage_gridgen_input(spec.c_str());
-    ASSERT_EQ(numBdys, 4);
-    EXPECT_EQ(allBdys[0].name, nullptr);
-    EXPECT_EQ(allBdys[0].type, 10);
+    std::vector<std::pair<std::string, int>> names;  // "-" for a body without a name
+    for (int b = 0; b < numBdys; ++b)
+        names.emplace_back(allBdys[b].name ? allBdys[b].name : "-", allBdys[b].type);
+    EXPECT_EQ(names, (decltype(names){{"-", 10}, {"Main Wing", 0}, {"Ball", 10}, {"Cr\r", 10}}));
     EXPECT_EQ(allBdys[0].rotor, nullptr);
-    EXPECT_STREQ(allBdys[1].name, "Main Wing");
-    EXPECT_EQ(allBdys[1].bdyMax[0], 8.0);
-    EXPECT_STREQ(allBdys[2].name, "Ball");
-    EXPECT_EQ(allBdys[2].type, 10);
-    EXPECT_EQ(allBdys[2].bdyMin[0], DBL_MAX);
-    EXPECT_STREQ(allBdys[3].name, "Cr\r");
+    EXPECT_EQ(std::make_pair(allBdys[1].bdyMax[0], allBdys[2].bdyMin[0]),
+              std::make_pair(8.0, DBL_MAX));
     ASSERT_EQ(Xgdln.nGdspcs, 2);
     // 2 .. -4 read reversed: ends swapped, 1.2 inverted, the cleared To flag stays on To.
     // An empty from: leaves DBL_MAX, which the end swaps behind the set to: end.
     EXPECT_EQ(spec_fields(Xgdln.gdspcs, 2),
-              (std::vector<double>{-4, 2, 2.5, 1.0 / 1.2, 1, 0, 4.0, DBL_MAX, 1, 1, 1, 1}));
+              (Pts{-4, 2, 2.5, 1.0 / 1.2, 1, 0, 4.0, DBL_MAX, 1, 1, 1, 1}));
     EXPECT_EQ(std::make_pair(Xgdln.hasSymm, Xgdln.symmPosn), std::make_pair(0, DBL_MAX));
 }
 
@@ -219,9 +203,8 @@ TEST_F(ReadFileCTest, ZeroGridSpecsBecomeForcedPoints) {
     line.nFrcdGdpts = 1;
     rm_gdspc_with_nGds_zero_to_gen_frcd_gdpts(&line);
     EXPECT_EQ(spec_fields(line.gdspcs, line.nGdspcs),
-              (std::vector<double>{0, 9, 5.0, 1.1, 1, 1, 5, 6, 2e-8, 1, 0, 0}));
-    EXPECT_EQ(std::vector<double>(line.frcdGdpts, line.frcdGdpts + line.nFrcdGdpts),
-              (std::vector<double>{0.5, 1, 2, 4, 7}));
+              (Pts{0, 9, 5.0, 1.1, 1, 1, 5, 6, 2e-8, 1, 0, 0}));
+    EXPECT_EQ(Pts(line.frcdGdpts, line.frcdGdpts + line.nFrcdGdpts), (Pts{0.5, 1, 2, 4, 7}));
     free(line.frcdGdpts);
 }
 
@@ -246,10 +229,9 @@ TEST_F(ReadFileCDeathTest, FatalInputEndsWithStatusOne) {
                 "^\nError: Incorrect body name 'Nope'\n$");
     // Without a blank before the L the name loses its last letter.
     const std::string wing = file("w.cut", "1 1\n0.0\n0 0\n");
-    const char* const text =
-        "Start Body Definitions\nNew Body\nname: Wing\ntype: XcutPlanes\nPoints File: @FILE@\n"
-        "#\nEnd Body Definitions\nBody Y-GridSpec\nNew GridSpec\nto: Wing L1\nfrom: WingL0.5\n";
-    const std::string glued = file("glued.spec", with_file(text, wing));
+    std::string text = "Start Body Definitions\nNew Body\nname: Wing\ntype: XcutPlanes\n";
+    text += "Points File: " + wing + "\n#\nEnd Body Definitions\nBody Y-GridSpec\nNew GridSpec\n";
+    const std::string glued = file("glued.spec", text + "to: Wing L1\nfrom: WingL0.5\n");
     EXPECT_EXIT(manage_gridgen_input(glued.c_str()), testing::ExitedWithCode(1),
                 "^\nError: Incorrect body name 'Win'\n$");
 }

@@ -28,10 +28,10 @@ TEST_F(GenXYZ, CommonSymmetrySharesOnePatternAboutEachLinesPlane) {
     Pts x = uniform(0, 4, 4) + uniform(4, 5, 5) + Pts{5};
     for (int q = 8; q >= 0; --q) x.push_back(2 * 5.0 - x[q]);
     EXPECT_EQ(points(Xgdln), x);
-    std::vector<double> y;
+    Pts y;
     for (double p : x) y.push_back(p + (15.0 - 5.0));
     EXPECT_EQ(points(Ygdln), y);
-    EXPECT_EQ(points(Zgdln), (std::vector<double>{0, 1, 2}));
+    EXPECT_EQ(points(Zgdln), (Pts{0, 1, 2}));
 }
 
 TEST_F(GenXYZ, DiscardLimitsBecomeGridPointsAndCutTheLine) {
@@ -47,9 +47,9 @@ TEST_F(GenXYZ, DiscardLimitsBecomeGridPointsAndCutTheLine) {
     Zgdln.discardAfter = -1;
     genXYZgdsFromSpecs(&Xgdln, &Ygdln, &Zgdln);
     EXPECT_EQ(Xgdln.nFrcdGdpts, 2);
-    EXPECT_EQ(points(Xgdln), (std::vector<double>{2.5, 3.5, 4.5, 5.5, 6.5, 7.5}));
-    EXPECT_EQ(points(Ygdln), (std::vector<double>{4.5}));
-    EXPECT_EQ(points(Zgdln), (std::vector<double>{-1}));
+    EXPECT_EQ(points(Xgdln), (Pts{2.5, 3.5, 4.5, 5.5, 6.5, 7.5}));
+    EXPECT_EQ(points(Ygdln), (Pts{4.5}));
+    EXPECT_EQ(points(Zgdln), (Pts{-1}));
 }
 
 TEST_F(GenXYZ, DiscardKeepsPointsWithinTolOfTheLimit) {
@@ -59,18 +59,17 @@ TEST_F(GenXYZ, DiscardKeepsPointsWithinTolOfTheLimit) {
     line.discardBelow = 1 + 0.5e-8;
     discard_grids_below(&line);
     discard_grids_after(&line, 2 - 0.5e-8);
-    EXPECT_EQ(points(line), (std::vector<double>{1, 2}));
+    EXPECT_EQ(points(line), (Pts{1, 2}));
     discard_grids_after(&line, UNSET_DBL);
     EXPECT_EQ(line.nGdpts, 2);
     // A limit more than tol beyond the line's other end takes all points.
+    const std::pair<int, double*> none(0, nullptr);
     line.discardBelow = 2 + 2e-8;
     discard_grids_below(&line);
-    EXPECT_EQ(line.nGdpts, 0);
-    EXPECT_EQ(line.gdpts, nullptr);
+    EXPECT_EQ(std::make_pair(line.nGdpts, line.gdpts), none);
     set_line(&line, {1.0});
     discard_grids_after(&line, 1 - 2e-8);
-    EXPECT_EQ(line.nGdpts, 0);
-    EXPECT_EQ(line.gdpts, nullptr);
+    EXPECT_EQ(std::make_pair(line.nGdpts, line.gdpts), none);
 }
 
 }  // namespace
