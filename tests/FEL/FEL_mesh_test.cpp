@@ -76,10 +76,8 @@ TEST(FEL_mesh, CellMeasuresAndCombinedIblank) {
     int bits = -1;
     ASSERT_EQ(mesh->combined_iblank_at_cell(hex0, &bits), 1);
     EXPECT_EQ(bits, 1);
-    nodes[3].i = 0;
-    nodes[5].i = -2;
-    nodes[6].i = 2;
-    nodes[7].i = 101;
+    const int mixed[8] = {1, 1, 1, 0, 1, -2, 2, 101};
+    for (int c = 0; c < 8; ++c) nodes[c].i = mixed[c];
     mesh->combined_iblank_at_cell(hex0, &bits);
     EXPECT_EQ(bits, 15);
     nodes[0].i = 3;
