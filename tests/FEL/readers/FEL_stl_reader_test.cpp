@@ -7,7 +7,9 @@
 
 #include <cmath>
 #include <fstream>
+#include <iomanip>
 #include <set>
+#include <sstream>
 #include <tuple>
 #include <vector>
 
@@ -21,17 +23,14 @@ namespace {
 using Tri = std::vector<FEL_vector3<float>>;
 
 std::string ascii_stl(const std::vector<Tri>& facets) {
-    std::string s = "solid t\n";
-    char line[128];
+    std::ostringstream s;
+    s << std::setprecision(9) << "solid t\n";
     for (const Tri& t : facets) {
-        s += "  facet normal 0 0 1\n    outer loop\n";
-        for (const auto& v : t) {
-            std::snprintf(line, sizeof line, "      vertex %.9g %.9g %.9g\n", v.x, v.y, v.z);
-            s += line;
-        }
-        s += "    endloop\n  endfacet\n";
+        s << "  facet normal 0 0 1\n    outer loop\n";
+        for (const auto& v : t) s << "      vertex " << v.x << " " << v.y << " " << v.z << "\n";
+        s << "    endloop\n  endfacet\n";
     }
-    return s + "endsolid t\n";
+    return s.str() + "endsolid t\n";
 }
 
 std::string binary_stl(const std::vector<Tri>& facets) {
