@@ -3,18 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
 
 #include "FEL_exception.h"
 
 namespace {
 
-template <class T>
-std::string text(const T& value) {
-    std::ostringstream out;
-    out << value;
-    return out.str();
-}
+const auto text = [](const auto& value) { return testing::PrintToString(value); };
 
 TEST(FEL_cell, StreamForms) {
     EXPECT_EQ(text(FEL_cell()), "<uninitialized cell>");

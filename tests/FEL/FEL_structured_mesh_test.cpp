@@ -21,12 +21,6 @@ FEL_pointer<FEL_structured_mesh> lattice(int ni, int nj, int nk, int mode) {
     return mesh;
 }
 
-std::string text(const FEL_cell& cell) {
-    std::ostringstream out;
-    out << cell;
-    return out.str();
-}
-
 // The cells of a walk, each followed by a blank.
 std::string walk(FEL_cell_iter* it) {
     std::ostringstream cells;
@@ -72,9 +66,9 @@ TEST(FEL_structured_mesh, NumbersNameTheCellsAWalkReaches) {
                     FEL_cell cell;
                     ASSERT_EQ(mesh->int_to_cell(dim, n, &cell), 1);
                     int nodes[8], back = -1;
-                    EXPECT_EQ(mesh->get_node_indices(cell, nodes), 1) << text(cell);
-                    ASSERT_EQ(mesh->cell_to_int(cell, &back), 1) << text(cell);
-                    EXPECT_EQ(back, n) << text(cell);
+                    EXPECT_EQ(mesh->get_node_indices(cell, nodes), 1) << cell;
+                    ASSERT_EQ(mesh->cell_to_int(cell, &back), 1) << cell;
+                    EXPECT_EQ(back, n) << cell;
                     numbered.insert({cell.type, cell.sub, cell.i, cell.j, cell.k});
                 }
                 EXPECT_EQ(numbered, reached[dim]) << "dim " << dim;
@@ -97,7 +91,7 @@ TEST(FEL_structured_mesh, NumberingByHand) {
     for (const auto& row : rows) {
         FEL_cell cell;
         ASSERT_EQ(lattice(3, 2, 2, row.mode)->int_to_cell(row.dim, row.n, &cell), 1);
-        EXPECT_EQ(text(cell), row.cell);
+        EXPECT_EQ(testing::PrintToString(cell), row.cell);
     }
     // A name with the wrong pattern names no cell of this mesh.
     int n = 0;
