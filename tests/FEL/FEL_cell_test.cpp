@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-
 #include "FEL_exception.h"
 
 namespace {

@@ -8,9 +8,6 @@
 
 namespace {
 
-using ::testing::internal::CaptureStderr;
-using ::testing::internal::GetCapturedStderr;
-
 // One hexahedron; corner c at (c & 1, c >> 1 & 1, c >> 2 & 1) scaled by `scale`.
 //        6-------7
 //       /|      /|     k
@@ -81,9 +78,9 @@ TEST(FEL_mesh, CellMeasuresAndCombinedIblank) {
     mesh->combined_iblank_at_cell(hex0, &bits);
     EXPECT_EQ(bits, 15);
     nodes[0].i = 3;
-    CaptureStderr();
+    testing::internal::CaptureStderr();
     mesh->combined_iblank_at_cell(hex0, &bits);
-    EXPECT_EQ(GetCapturedStderr(),
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "FEL_mesh::combined_iblank_at_cell() H(0, 0, 0) has iblank of 3?!\n");
 }
 

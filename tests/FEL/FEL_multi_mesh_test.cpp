@@ -9,9 +9,6 @@
 
 namespace {
 
-using ::testing::internal::CaptureStderr;
-using ::testing::internal::GetCapturedStderr;
-
 // Zone 0: a unit cube of 2 x 2 x 2 nodes. Zone 1: 3 x 2 x 2 nodes of spacing 1 from the origin
 // as well, so the zones overlap.
 FEL_pointer<FEL_multi_mesh> two_zones() {
@@ -62,9 +59,9 @@ TEST(FEL_multi_mesh, WalksPassFromZoneToZone) {
         ++in_zone_1;
     }
     EXPECT_EQ(in_zone_1, 6);
-    CaptureStderr();
+    testing::internal::CaptureStderr();
     EXPECT_EQ(mesh->begin(&v, FEL_ITER_FIX_K, 1, 0), 0);
-    EXPECT_FALSE(GetCapturedStderr().empty());
+    EXPECT_FALSE(testing::internal::GetCapturedStderr().empty());
     EXPECT_TRUE(v.done);
 
     FEL_pointer<FEL_multi_mesh> empty(new FEL_multi_mesh(0, nullptr));

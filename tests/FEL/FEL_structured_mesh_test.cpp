@@ -12,9 +12,6 @@
 
 namespace {
 
-using ::testing::internal::CaptureStderr;
-using ::testing::internal::GetCapturedStderr;
-
 FEL_pointer<FEL_structured_mesh> lattice(int ni, int nj, int nk, int mode) {
     FEL_pointer<FEL_structured_mesh> mesh(new FEL_structured_mesh(ni, nj, nk, "lattice"));
     mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, mode);
@@ -136,9 +133,9 @@ TEST(FEL_structured_mesh, BadKeysAndBoundsFail) {
     FEL_pointer<FEL_structured_mesh> mesh = lattice(3, 2, 2, 0);
     FEL_cell_iter it;
     FEL_vertex_cell_iter v;
-    CaptureStderr();
+    testing::internal::CaptureStderr();
     EXPECT_EQ(mesh->begin(&it, -13, 0, 0), 0);
-    EXPECT_EQ(GetCapturedStderr(),
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "FEL_structured_mesh::begin(FEL_vertex_cell_iter*,...) bad args\n");
     EXPECT_TRUE(it.done);
     EXPECT_EQ(mesh->begin(&it, FEL_ITER_I_MAX, 2, 0), 0);  // cells stop at ni - 2
