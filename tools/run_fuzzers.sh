@@ -30,15 +30,17 @@ seeds() {  # seeds TARGET: the files a target starts from
   esac
 }
 
-# The specifications name their points and layer files relative to the working directory.
+# The specifications name their points and layer files relative to the working directory; two
+# examples have a block.cut of their own, and one file of each name is enough there.
 work=build-fuzz/work
 mkdir -p "$work" build-fuzz/findings
-cp examples/*/*.cut examples/cut_body/layers.dat "$work"/
+cp examples/cut_body/block.cut examples/cut_body/layers.dat examples/stl_body/pyramid.stl "$work"/
 status=0
 for t in $targets; do
   corpus=build-fuzz/corpus/$t
   mkdir -p "$corpus"
-  for f in $(seeds "$t"); do cp "$f" "$corpus"/; done
+  # Seeds are named after their folder too, so that equal names do not replace each other.
+  for f in $(seeds "$t"); do cp "$f" "$corpus/$(basename "$(dirname "$f")")_$(basename "$f")"; done
   echo "=== fuzz_$t for ${secs}s"
   (cd "$work" && ASAN_OPTIONS=detect_leaks=0 nice -n 10 "$root/build-fuzz/tests/fuzz/fuzz_$t" \
     -max_total_time="$secs" -timeout=10 -rss_limit_mb=2048 -max_len=65536 -close_fd_mask=3 \

@@ -3,18 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "FEL_exception.h"
 
 namespace {
 
-template <class T>
-std::string text(const T& value) {
-    std::ostringstream out;
-    out << value;
-    return out.str();
-}
+const auto text = [](const auto& value) { return testing::PrintToString(value); };
 
 TEST(FEL_cell, StreamForms) {
     EXPECT_EQ(text(FEL_cell()), "<uninitialized cell>");
@@ -24,8 +17,7 @@ TEST(FEL_cell, StreamForms) {
         EXPECT_EQ(text(FEL_cell(type, 0, 0, 0))[0], letters[type - 1]);
     FEL_cell bad;
     bad.type = 9;
-    std::ostringstream out;
-    EXPECT_THROW(out << bad, FEL_exception);
+    EXPECT_THROW(text(bad), FEL_exception);
     EXPECT_EQ(text(FEL_time()), "<undefined>");
     EXPECT_EQ(text(FEL_phys_pos(1.0f, 2.0f, 3.0f, FEL_time::from_float(0.5f))), "(1, 2, 3, 0.5)");
     EXPECT_EQ(text(FEL_structured_pos(1.5f, 2.0f, 3.0f)), "(1.5, 2, 3)");

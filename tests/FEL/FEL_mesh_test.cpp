@@ -8,9 +8,6 @@
 
 namespace {
 
-using ::testing::internal::CaptureStderr;
-using ::testing::internal::GetCapturedStderr;
-
 // One hexahedron; corner c at (c & 1, c >> 1 & 1, c >> 2 & 1) scaled by `scale`.
 //        6-------7
 //       /|      /|     k
@@ -76,16 +73,14 @@ TEST(FEL_mesh, CellMeasuresAndCombinedIblank) {
     int bits = -1;
     ASSERT_EQ(mesh->combined_iblank_at_cell(hex0, &bits), 1);
     EXPECT_EQ(bits, 1);
-    nodes[3].i = 0;
-    nodes[5].i = -2;
-    nodes[6].i = 2;
-    nodes[7].i = 101;
+    const int mixed[8] = {1, 1, 1, 0, 1, -2, 2, 101};
+    for (int c = 0; c < 8; ++c) nodes[c].i = mixed[c];
     mesh->combined_iblank_at_cell(hex0, &bits);
     EXPECT_EQ(bits, 15);
     nodes[0].i = 3;
-    CaptureStderr();
+    testing::internal::CaptureStderr();
     mesh->combined_iblank_at_cell(hex0, &bits);
-    EXPECT_EQ(GetCapturedStderr(),
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "FEL_mesh::combined_iblank_at_cell() H(0, 0, 0) has iblank of 3?!\n");
 }
 

@@ -12,25 +12,17 @@
 
 namespace {
 
-using ::testing::internal::CaptureStderr;
-using ::testing::internal::GetCapturedStderr;
-
 FEL_pointer<FEL_structured_mesh> lattice(int ni, int nj, int nk, int mode) {
     FEL_pointer<FEL_structured_mesh> mesh(new FEL_structured_mesh(ni, nj, nk, "lattice"));
     mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, mode);
     return mesh;
 }
 
-std::string text(const FEL_cell& cell) {
-    std::ostringstream out;
-    out << cell;
-    return out.str();
-}
-
-std::vector<std::string> walk(FEL_cell_iter* it) {
-    std::vector<std::string> cells;
-    for (; !it->done; ++*it) cells.push_back(text(it->cell));
-    return cells;
+// The cells of a walk, each followed by a blank.
+std::string walk(FEL_cell_iter* it) {
+    std::ostringstream cells;
+    for (; !it->done; ++*it) cells << it->cell << " ";
+    return cells.str();
 }
 
 using cell_key = std::tuple<int, int, int, int, int>;
@@ -71,9 +63,9 @@ TEST(FEL_structured_mesh, NumbersNameTheCellsAWalkReaches) {
                     FEL_cell cell;
                     ASSERT_EQ(mesh->int_to_cell(dim, n, &cell), 1);
                     int nodes[8], back = -1;
-                    EXPECT_EQ(mesh->get_node_indices(cell, nodes), 1) << text(cell);
-                    ASSERT_EQ(mesh->cell_to_int(cell, &back), 1) << text(cell);
-                    EXPECT_EQ(back, n) << text(cell);
+                    EXPECT_EQ(mesh->get_node_indices(cell, nodes), 1) << cell;
+                    ASSERT_EQ(mesh->cell_to_int(cell, &back), 1) << cell;
+                    EXPECT_EQ(back, n) << cell;
                     numbered.insert({cell.type, cell.sub, cell.i, cell.j, cell.k});
                 }
                 EXPECT_EQ(numbered, reached[dim]) << "dim " << dim;
@@ -96,7 +88,7 @@ TEST(FEL_structured_mesh, NumberingByHand) {
     for (const auto& row : rows) {
         FEL_cell cell;
         ASSERT_EQ(lattice(3, 2, 2, row.mode)->int_to_cell(row.dim, row.n, &cell), 1);
-        EXPECT_EQ(text(cell), row.cell);
+        EXPECT_EQ(testing::PrintToString(cell), row.cell);
     }
     // A name with the wrong pattern names no cell of this mesh.
     int n = 0;
@@ -108,22 +100,20 @@ TEST(FEL_structured_mesh, WalksOfSubCells) {
     FEL_cell_iter it;
     ASSERT_EQ(mesh->begin(&it), 1);
     EXPECT_EQ(walk(&it),
-              (std::vector<std::string>{
-                  "T(0, 0, 0).0", "T(0, 0, 0).1", "T(0, 0, 0).2", "T(0, 0, 0).3", "T(0, 0, 0).4",
-                  "T(1, 0, 0).5", "T(1, 0, 0).6", "T(1, 0, 0).7", "T(1, 0, 0).8", "T(1, 0, 0).9"}));
+              "T(0, 0, 0).0 T(0, 0, 0).1 T(0, 0, 0).2 T(0, 0, 0).3 T(0, 0, 0).4 "
+              "T(1, 0, 0).5 T(1, 0, 0).6 T(1, 0, 0).7 T(1, 0, 0).8 T(1, 0, 0).9 ");
     // i fixed at 1: the triangles of one face, of the odd pattern.
     ASSERT_EQ(mesh->begin(&it, FEL_ITER_FIX_I, 1, 0), 1);
-    EXPECT_EQ(walk(&it), (std::vector<std::string>{"F(1, 0, 0).2", "F(1, 0, 0).3"}));
+    EXPECT_EQ(walk(&it), "F(1, 0, 0).2 F(1, 0, 0).3 ");
     // k fixed at its last node: the top plane.
     ASSERT_EQ(mesh->begin(&it, FEL_ITER_FIX_K, 1, 0), 1);
-    EXPECT_EQ(walk(&it), (std::vector<std::string>{"F(0, 0, 1).10", "F(0, 0, 1).11", "F(1, 0, 1).8",
-                                                   "F(1, 0, 1).9"}));
+    EXPECT_EQ(walk(&it), "F(0, 0, 1).10 F(0, 0, 1).11 F(1, 0, 1).8 F(1, 0, 1).9 ");
     mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, 0);
     ASSERT_EQ(mesh->begin(&it, FEL_ITER_FIX_I, 1, 0), 1);
-    EXPECT_EQ(walk(&it), (std::vector<std::string>{"Q(1, 0, 0).0"}));
+    EXPECT_EQ(walk(&it), "Q(1, 0, 0).0 ");
     // Two axes fixed: edges along the free one.
     ASSERT_EQ(mesh->begin(&it, FEL_ITER_FIX_J, 1, FEL_ITER_FIX_K, 0, 0), 1);
-    EXPECT_EQ(walk(&it), (std::vector<std::string>{"E(0, 1, 0).1", "E(1, 1, 0).1"}));
+    EXPECT_EQ(walk(&it), "E(0, 1, 0).1 E(1, 1, 0).1 ");
 }
 
 TEST(FEL_structured_mesh, SinglePlaneAndSingleNodeWalks) {
@@ -131,7 +121,7 @@ TEST(FEL_structured_mesh, SinglePlaneAndSingleNodeWalks) {
     FEL_pointer<FEL_structured_mesh> mesh = lattice(3, 2, 1, 0);
     FEL_cell_iter it;
     ASSERT_EQ(mesh->begin(&it), 1);
-    EXPECT_EQ(walk(&it), (std::vector<std::string>{"Q(0, 0, 0).2", "Q(1, 0, 0).2"}));
+    EXPECT_EQ(walk(&it), "Q(0, 0, 0).2 Q(1, 0, 0).2 ");
     // A single node leaves no free axis.
     FEL_vertex_cell_iter v;
     FEL_pointer<FEL_structured_mesh> point = lattice(1, 1, 1, 0);
@@ -143,9 +133,9 @@ TEST(FEL_structured_mesh, BadKeysAndBoundsFail) {
     FEL_pointer<FEL_structured_mesh> mesh = lattice(3, 2, 2, 0);
     FEL_cell_iter it;
     FEL_vertex_cell_iter v;
-    CaptureStderr();
+    testing::internal::CaptureStderr();
     EXPECT_EQ(mesh->begin(&it, -13, 0, 0), 0);
-    EXPECT_EQ(GetCapturedStderr(),
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "FEL_structured_mesh::begin(FEL_vertex_cell_iter*,...) bad args\n");
     EXPECT_TRUE(it.done);
     EXPECT_EQ(mesh->begin(&it, FEL_ITER_I_MAX, 2, 0), 0);  // cells stop at ni - 2
@@ -156,9 +146,6 @@ TEST(FEL_structured_mesh, BadKeysAndBoundsFail) {
     EXPECT_EQ(mesh->begin(&v, FEL_ITER_FIX_K, -1, 0), 0);
     EXPECT_EQ(mesh->begin(&it, FEL_ITER_I_MIN, 1, FEL_ITER_I_MAX, 0, 0), 0);
     EXPECT_TRUE(it.done);
-    int entered = 0;
-    for (; !it.done; ++it) ++entered;
-    EXPECT_EQ(entered, 0);
 }
 
 TEST(FEL_structured_mesh, NodesOfACellAndCellsWithoutNodes) {

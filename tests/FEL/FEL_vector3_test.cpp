@@ -52,10 +52,10 @@ TEST_F(FEL_Close_test, MantissaRelativeAndAbsoluteStepsAndTheSwitch) {
     }
 }
 
+using V = FEL_vector3<float>;
+
 TEST_F(FEL_Close_test, VectorOrderingMergesCloseVertices) {
-    const FEL_vector3<float> a(1.0f, 2.0f, 3.0f);
-    const FEL_vector3<float> near_a(1.00001f, 2.00001f, 3.00001f);
-    const FEL_vector3<float> b(1.00001f, 5.0f, 0.0f);
+    const V a(1.0f, 2.0f, 3.0f), near_a(1.00001f, 2.00001f, 3.00001f), b(1.00001f, 5.0f, 0.0f);
     EXPECT_TRUE(a < b && !(b < a));
     EXPECT_FALSE(a < near_a || near_a < a);  // one key of an ordered map
     g_blnUseClose = false;
@@ -64,22 +64,16 @@ TEST_F(FEL_Close_test, VectorOrderingMergesCloseVertices) {
 
 TEST(FEL_matrix33, RowsAndProducts) {
     // Rows (1 2 3), (4 5 6), (7 8 10).
-    const FEL_matrix33<double> m(FEL_vector3<double>(1, 2, 3), FEL_vector3<double>(4, 5, 6),
-                                 FEL_vector3<double>(7, 8, 10));
-    const FEL_vector3<float> v = m * FEL_vector3<float>(1.0f, 0.5f, -1.0f);
-    EXPECT_EQ(v, FEL_vector3<float>(-1.0f, 0.5f, 1.0f));
+    using D = FEL_vector3<double>;
+    const FEL_matrix33<double> m(D(1, 2, 3), D(4, 5, 6), D(7, 8, 10));
+    EXPECT_EQ(m * V(1.0f, 0.5f, -1.0f), V(-1.0f, 0.5f, 1.0f));
     EXPECT_EQ(m.determinant(), -3.0);
     // Row 0 of m times column 1 of m: 1*2 + 2*5 + 3*8.
     EXPECT_EQ((m * m)(0, 1), 36.0);
     // A matrix times a vector of vectors combines the vectors.
-    const FEL_matrix33<float> swap(FEL_vector3<float>(0, 1, 0), FEL_vector3<float>(1, 0, 0),
-                                   FEL_vector3<float>(0, 0, 2));
-    const FEL_vector3<FEL_vector3<float>> vv(
-        FEL_vector3<float>(1, 2, 3), FEL_vector3<float>(4, 5, 6), FEL_vector3<float>(7, 8, 9));
-    const FEL_vector3<FEL_vector3<float>> r = swap * vv;
-    EXPECT_EQ(r.x, FEL_vector3<float>(4, 5, 6));
-    EXPECT_EQ(r.y, FEL_vector3<float>(1, 2, 3));
-    EXPECT_EQ(r.z, FEL_vector3<float>(14, 16, 18));
+    const FEL_matrix33<float> swap(V(0, 1, 0), V(1, 0, 0), V(0, 0, 2));
+    const FEL_vector3<V> vv(V(1, 2, 3), V(4, 5, 6), V(7, 8, 9));
+    EXPECT_EQ(swap * vv, FEL_vector3<V>(V(4, 5, 6), V(1, 2, 3), V(14, 16, 18)));
 }
 
 }  // namespace

@@ -20,20 +20,19 @@ struct FEL_test_dir : ScratchDir {
 };
 
 // Byte strings of little-endian 32-bit numbers.
-inline std::string le32(std::uint32_t v) {
-    std::string s(4, '\0');
-    for (int b = 0; b < 4; ++b) s[b] = static_cast<char>(v >> (8 * b));
+inline std::string le_ints(std::initializer_list<std::uint32_t> values) {
+    std::string s;
+    for (std::uint32_t v : values)
+        for (int b = 0; b < 4; ++b) s += static_cast<char>(v >> (8 * b));
     return s;
+}
+inline std::string le32(std::uint32_t v) {
+    return le_ints({v});
 }
 inline std::string le_float(float f) {
     std::uint32_t v;
     std::memcpy(&v, &f, 4);
     return le32(v);
-}
-inline std::string le_ints(std::initializer_list<std::uint32_t> values) {
-    std::string s;
-    for (std::uint32_t v : values) s += le32(v);
-    return s;
 }
 
 inline std::string corpus(const std::string& relative) {

@@ -13,39 +13,36 @@
 
 namespace {
 
-// Runs both readers on text and compares value, success and characters used with the libraries.
+// One reader against sscanf with format: success, the value's bits and the characters used.
+template <class T>
+void expect_like_scanf(bool (*read)(const char*&, const char*, T*), const char* format,
+                       const std::string& text) {
+    const char* p = text.c_str();
+    T mine = 0, theirs = 0;
+    int used = 0;
+    const bool ok = read(p, text.c_str() + text.size(), &mine);
+    ASSERT_EQ(ok, std::sscanf(text.c_str(), format, &theirs, &used) == 1);
+    if (!ok) return;
+    EXPECT_TRUE(std::memcmp(&mine, &theirs, sizeof(T)) == 0 ||
+                (std::isnan(mine) && std::isnan(theirs)));
+    EXPECT_EQ(p - text.c_str(), used);
+}
+
+// Runs the readers on text and compares value, success and characters used with the libraries.
 void expect_like_libraries(const std::string& text) {
     SCOPED_TRACE(text);
-    const char* begin = text.c_str();
-    const char* end = begin + text.size();
+    expect_like_scanf(FEL_scan_float, "%f%n", text);
+    expect_like_scanf(FEL_scan_int, "%d%n", text);
 
-    const char* p = begin;
+    const char* p = text.c_str();
     float mine = 0, theirs = 0;
-    int used = 0;
-    const bool ok = FEL_scan_float(p, end, &mine);
-    ASSERT_EQ(ok, std::sscanf(begin, "%f%n", &theirs, &used) == 1);
-    if (ok) {
-        EXPECT_TRUE(std::memcmp(&mine, &theirs, 4) == 0 ||
-                    (std::isnan(mine) && std::isnan(theirs)));
-        EXPECT_EQ(p - begin, used);
-    }
-
-    p = begin;
     std::istringstream in(text);
-    const bool extracted = FEL_extract_float(p, end, &mine);
+    const bool extracted = FEL_extract_float(p, text.c_str() + text.size(), &mine);
     ASSERT_EQ(extracted, static_cast<bool>(in >> theirs));
     if (extracted) {
         EXPECT_EQ(std::memcmp(&mine, &theirs, 4), 0);
-        EXPECT_EQ(p - begin, in.eof() ? std::streamoff(text.size()) : std::streamoff(in.tellg()));
-    }
-
-    p = begin;
-    int i = 0, j = 0;
-    const bool integer = FEL_scan_int(p, end, &i);
-    ASSERT_EQ(integer, std::sscanf(begin, "%d%n", &j, &used) == 1);
-    if (integer) {
-        EXPECT_EQ(i, j);
-        EXPECT_EQ(p - begin, used);
+        EXPECT_EQ(p - text.c_str(),
+                  in.eof() ? std::streamoff(text.size()) : std::streamoff(in.tellg()));
     }
 }
 
