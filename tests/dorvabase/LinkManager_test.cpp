@@ -61,13 +61,13 @@ TEST(LinkManager, ResultCodesOfOneProcess) {
 TEST(LinkManager, AttachingToAnotherProcesssLink) {
     TestRegion region("attach");
     LinkPeer owner(region.Name(), {"start", "create", "8", "2", "wait", "shutdown"});
-    ASSERT_EQ(owner.ReadLines(3), "1|1 0|waiting");
+    ASSERT_EQ(owner.Read(3), "1\n1 0\nwaiting\n");
     EXPECT_EQ(
         RunPeer(region.Name(), {"start", "conattach", "1", "conattach", "0", "attach", "0", "4097",
                                 "key", "2", "8", "detach", "0", "attach", "0", "8", "shutdown"}),
         "1\n16 4294967295\n17 4294967295\n9\n1 0\n1\n1\ndown\n");
     owner.Go();
-    EXPECT_EQ(owner.ReadAll(), "go\ndown\n");
+    EXPECT_EQ(owner.Read(), "go\ndown\n");
     // Both detached: the block is free again.
     EXPECT_EQ(RunPeer(region.Name(), {"start", "key", "2", "8"}), "1\n11 0\n");
 }
@@ -76,7 +76,7 @@ TEST(LinkManager, AttachingToAnotherProcesssLink) {
 TEST(LinkManager, RegionLayoutAndPermissions) {
     TestRegion region("layout");
     LinkPeer peer(region.Name(), {"start", "create", "16", "5", "wait", "shutdown"});
-    ASSERT_EQ(peer.ReadLines(3), "1|1 0|waiting");
+    ASSERT_EQ(peer.Read(3), "1\n1 0\nwaiting\n");
     const std::string shm = "/dev/shm/" + region.Name(), sem = "/dev/shm/sem." + region.Name();
     EXPECT_EQ(StatusOf(shm).st_mode & 07777, 0600u);
     EXPECT_EQ(StatusOf(sem).st_mode & 07777, 0600u);
@@ -93,7 +93,7 @@ TEST(LinkManager, RegionLayoutAndPermissions) {
         EXPECT_EQ(view.Block(1)[0], 0);
     }
     peer.Go();
-    EXPECT_EQ(peer.ReadAll(), "go\ndown\n");
+    EXPECT_EQ(peer.Read(), "go\ndown\n");
     // Shutdown frees the slot and the block, and leaves both objects in place.
     RegionView view(region.Name());
     EXPECT_EQ(*view.Slot(0), 0);
@@ -129,10 +129,10 @@ TEST(LinkManager, FiftyManagersAndTheFiftyFirstIsRefused) {
     for (int i = 0; i < 50; ++i) {
         peers.emplace_back(new LinkPeer(region.Name(), {"start", "wait", "shutdown"}));
     }
-    for (auto& peer : peers) ASSERT_EQ(peer->ReadLines(), "1");
+    for (auto& peer : peers) ASSERT_EQ(peer->Read(1), "1\n");
     EXPECT_EQ(RunPeer(region.Name(), {"start"}), "7\n");
     for (auto& peer : peers) peer->Go();
-    for (auto& peer : peers) EXPECT_EQ(peer->ReadAll(), "waiting\ngo\ndown\n");
+    for (auto& peer : peers) EXPECT_EQ(peer->Read(), "waiting\ngo\ndown\n");
     EXPECT_EQ(RunPeer(region.Name(), {"start", "count"}), "1\n1\n");
 }
 
