@@ -112,23 +112,22 @@ TEST(CommandLine, TypedConversions) {
 }
 
 TEST(CommandLine, MissingAndEmptyParametersReportOnlyAtDebugLevel) {
-    int value = 3;
-    Parse({"-linkid", "-x"});
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(CommandLine::GetArgument("linkid", value));
-    EXPECT_FALSE(CommandLine::GetArgument("missing", value));
-    // Asking for "debug" itself never reports, present or not.
-    Parse({"-debug"});
-    EXPECT_FALSE(CommandLine::GetArgument("debug", value));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_EQ(value, 3);
-
-    Parse({"-debug", "1", "-linkid", "-x"});
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(CommandLine::GetArgument("linkid", value));
-    EXPECT_FALSE(CommandLine::GetArgument("missing", value));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "No argument given for parameter: linkid\nUnable to find parameter for: missing\n");
+    const std::pair<const char*, const char*> levels[] = {
+        {"-debug=0", ""},
+        {"-debug=1",
+         "No argument given for parameter: linkid\nUnable to find parameter for: missing\n"}};
+    for (const auto& [debug, expected] : levels) {
+        int value = 3;
+        Parse({debug, "-linkid", "-x"});
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(CommandLine::GetArgument("linkid", value) || value != 3);
+        EXPECT_FALSE(CommandLine::GetArgument("missing", value) || value != 3);
+        // A parse asks for "debug" at the level before it: that never reports, empty or missing.
+        Parse({"-debug"});
+        Parse({debug});
+        Parse({});
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), expected) << debug;
+    }
 }
 
 TEST(CommandLine, ProgramPathFallsBackToTheSearchPath) {

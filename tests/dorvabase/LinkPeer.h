@@ -39,10 +39,9 @@ class RegionView {
   public:
     explicit RegionView(const std::string& name) {
         const int fd = shm_open(("/" + name).c_str(), O_RDWR, 0);
-        if (fd < 0) throw std::runtime_error("no region " + name);
         void* base = mmap(nullptr, 462000, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
-        close(fd);
-        if (base == MAP_FAILED) throw std::runtime_error("mmap failed");
+        if (fd >= 0) close(fd);
+        if (base == MAP_FAILED) throw std::runtime_error("no region " + name);
         m_base = static_cast<unsigned char*>(base);
     }
     ~RegionView() { munmap(m_base, 462000); }
