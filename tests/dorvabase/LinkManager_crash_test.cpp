@@ -11,9 +11,8 @@
 TEST(LinkManagerCrash, KilledPeersSlotIsClearedWithinFortySeconds) {
     TestRegion region("crash");
     std::vector<std::unique_ptr<LinkPeer>> peers;
-    for (int i = 0; i < 50; ++i) {
+    for (int i = 0; i < 50; ++i)
         peers.emplace_back(new LinkPeer(region.Name(), {"start", "wait", "shutdown"}));
-    }
     for (auto& peer : peers) ASSERT_EQ(peer->Read(1), "1\n");
     peers[17]->Kill();
     const auto killed = std::chrono::steady_clock::now();

@@ -71,21 +71,17 @@ TEST(LinkManager, RegionLayoutAndPermissions) {
     EXPECT_EQ(fs::status(shm).permissions(), fs::perms(0600));
     EXPECT_EQ(fs::status(sem).permissions(), fs::perms(0600));
     EXPECT_EQ(fs::file_size(shm), 462000u);
-    {
-        RegionView view(region.Name());
-        EXPECT_NEAR(static_cast<double>(*view.Slot(0)), static_cast<double>(std::time(nullptr)),
-                    2.0);
-        EXPECT_EQ(*view.Slot(1), 0);
-        const unsigned char* block = view.Block(0);
-        // Attach count 1, then the size 16 as two little-endian bytes, then the key at 16.
-        EXPECT_EQ(std::string(reinterpret_cast<const char*>(block), 3), std::string("\1\20\0", 3));
-        EXPECT_EQ(std::string(reinterpret_cast<const char*>(block + 16)), "kkkkk");
-        EXPECT_EQ(view.Block(1)[0], 0);
-    }
+    RegionView view(region.Name());
+    EXPECT_NEAR(static_cast<double>(*view.Slot(0)), static_cast<double>(std::time(nullptr)), 2.0);
+    EXPECT_EQ(*view.Slot(1), 0);
+    const unsigned char* block = view.Block(0);
+    // Attach count 1, then the size 16 as two little-endian bytes, then the key at 16.
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(block), 3), std::string("\1\20\0", 3));
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(block + 16)), "kkkkk");
+    EXPECT_EQ(view.Block(1)[0], 0);
     peer.Go();
     EXPECT_EQ(peer.Read(), "go\ndown\n");
     // Shutdown frees the slot and the block, and leaves both objects in place.
-    RegionView view(region.Name());
     EXPECT_EQ(*view.Slot(0), 0);
     EXPECT_EQ(view.Block(0)[0], 0);
     EXPECT_TRUE(PathExists(shm) && PathExists(sem));

@@ -11,7 +11,6 @@
 #include "RunGridGen.h"
 
 using testing::HasSubstr;
-using testing::Not;
 
 namespace {
 
@@ -51,7 +50,7 @@ TEST(Kavex3Client, RunToTheEndReportsSuccessfulCompletion) {
     EXPECT_THAT(r.strStdout, HasSubstr("\nVantor Version 0.9.15 (Beta) Build 396 ("));
     EXPECT_THAT(r.strStdout, HasSubstr("\nBegin Grid Generation... ("));
     EXPECT_THAT(r.strStdout, HasSubstr(" s: exit status 0\nSuccessful completion: yes\n"));
-    EXPECT_THAT(r.strStdout, Not(HasSubstr("Error log")));
+    EXPECT_EQ(r.strStdout.find("Error log"), std::string::npos);
     EXPECT_TRUE(PathExists(run.dir / "KX3.grid.dat"));
     EXPECT_FALSE(PathExists(run.dir / "temp.Grid") || PathExists(run.dir / "temp.SlvrRot"));
 }
