@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <iomanip>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -26,6 +28,15 @@ void Parse(const std::vector<std::string>& words) {
 std::string StringOf(const std::string& name) {
     std::string value = "<unset>";
     return CommandLine::GetArgument(name, value) ? value : "<false>";
+}
+
+// "found value" after asking for the parameter as a T that held `value` before.
+template <class T>
+std::string Typed(const std::string& name, T value) {
+    const bool found = CommandLine::GetArgument(name, value);
+    std::ostringstream text;
+    text << found << " " << std::setprecision(9) << value;
+    return text.str();
 }
 
 }  // namespace
@@ -89,55 +100,34 @@ TEST(CommandLine, TypedConversions) {
     Parse({"-hex",    "0x1F", "-oct", "017", "-tail", "12abc", "-word", "abc", "-d",
            "1e-3",    "-x",   "0.1",  "-t",  "t",     "-Y",    "yes",   "-no", "n",
            "-h=-0.5", "-z",   "0.0",  "-T",  "True",  "-m",    "1.5x"});
-    const struct {
-        const char* name;
-        bool found;
-        int i;  // and as a number
-    } ints[] = {{"hex", true, 31}, {"oct", true, 15}, {"tail", true, 12}, {"word", false, 0}};
-    for (const auto& row : ints) {
-        int value = -5;
-        EXPECT_EQ(CommandLine::GetArgument(row.name, value), row.found) << row.name;
-        EXPECT_EQ(value, row.i) << row.name;
-    }
-    double d = 9;
-    EXPECT_TRUE(CommandLine::GetArgument("d", d));
-    EXPECT_EQ(d, 0.001);
-    EXPECT_FALSE(CommandLine::GetArgument("word", d));
-    EXPECT_EQ(d, 0.0);
-    float f = 9;  // the float form scans in double and narrows
-    EXPECT_TRUE(CommandLine::GetArgument("x", f));
-    EXPECT_EQ(f, static_cast<float>(0.1));
-    // Words and numbers as truth values; case counts, and a number has number characters only.
-    const struct {
-        const char* name;
-        bool found, truth;
-    } bools[] = {{"t", true, true},  {"Y", true, true},  {"no", true, false}, {"h", true, true},
-                 {"z", true, false}, {"T", false, true}, {"m", false, true}};
-    for (const auto& row : bools) {
-        bool value = true;
-        EXPECT_EQ(CommandLine::GetArgument(row.name, value), row.found) << row.name;
-        EXPECT_EQ(value, row.truth) << row.name;
-    }
+    // Words and numbers as truth values: case counts, and a number has number characters only.
+    // The float form scans in double and narrows.
+    const std::pair<std::string, const char*> rows[] = {
+        {Typed("hex", -5), "1 31"}, {Typed("oct", -5), "1 15"},         {Typed("tail", -5), "1 12"},
+        {Typed("word", -5), "0 0"}, {Typed("d", 9.0), "1 0.001"},       {Typed("word", 9.0), "0 0"},
+        {Typed("t", false), "1 1"}, {Typed("Y", false), "1 1"},         {Typed("no", true), "1 0"},
+        {Typed("h", false), "1 1"}, {Typed("z", true), "1 0"},          {Typed("T", true), "0 1"},
+        {Typed("m", true), "0 1"},  {Typed("x", 9.0f), "1 0.100000001"}};
+    for (const auto& [got, expected] : rows) EXPECT_EQ(got, expected);
 }
 
 TEST(CommandLine, MissingAndEmptyParametersReportOnlyAtDebugLevel) {
-    int value = 3;
-    Parse({"-linkid", "-x"});
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(CommandLine::GetArgument("linkid", value));
-    EXPECT_FALSE(CommandLine::GetArgument("missing", value));
-    // Asking for "debug" itself never reports, present or not.
-    Parse({"-debug"});
-    EXPECT_FALSE(CommandLine::GetArgument("debug", value));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_EQ(value, 3);
-
-    Parse({"-debug", "1", "-linkid", "-x"});
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(CommandLine::GetArgument("linkid", value));
-    EXPECT_FALSE(CommandLine::GetArgument("missing", value));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "No argument given for parameter: linkid\nUnable to find parameter for: missing\n");
+    const std::pair<const char*, const char*> levels[] = {
+        {"-debug=0", ""},
+        {"-debug=1",
+         "No argument given for parameter: linkid\nUnable to find parameter for: missing\n"}};
+    for (const auto& [debug, expected] : levels) {
+        int value = 3;
+        Parse({debug, "-linkid", "-x"});
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(CommandLine::GetArgument("linkid", value) || value != 3);
+        EXPECT_FALSE(CommandLine::GetArgument("missing", value) || value != 3);
+        // A parse asks for "debug" at the level before it: that never reports, empty or missing.
+        Parse({"-debug"});
+        Parse({debug});
+        Parse({});
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), expected) << debug;
+    }
 }
 
 TEST(CommandLine, ProgramPathFallsBackToTheSearchPath) {

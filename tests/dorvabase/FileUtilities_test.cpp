@@ -1,6 +1,5 @@
 // Tests of RemovePath and moveFile, including the failures of the calls beneath them.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include "BadParameter.h"
 #include "RemovePath.h"
@@ -9,12 +8,12 @@
 
 using Dorva::moveFile;
 using Dorva::RemovePath;
+namespace fs = boost::filesystem;
 
 TEST(RemovePath, RemovesFilesAndTreesAndFailsOnlyOnWhatStays) {
     ScratchDir dir;
     WriteWholeFile(dir / "file", "x");
-    mkdir((dir / "tree").c_str(), 0755);
-    mkdir((dir / "tree/sub").c_str(), 0755);
+    fs::create_directories(dir / "tree/sub");
     WriteWholeFile(dir / "tree/sub/leaf", "y");
     WriteWholeFile(dir / "keep", "z");
     EXPECT_TRUE(RemovePath(dir.Path() + "//file"));
@@ -31,14 +30,12 @@ TEST(moveFile, ReplacesTheTargetKeepingTheModeOrFailsKeepingTheSource) {
     ScratchDir dir;
     WriteWholeFile(dir / "from", "new contents\n");
     WriteWholeFile(dir / "to", "older and longer contents\n");
-    chmod((dir / "from").c_str(), 0640);
+    fs::permissions(dir / "from", fs::perms(0640));
     EXPECT_TRUE(moveFile(dir / "from", dir / "to"));
     EXPECT_FALSE(PathExists(dir / "from"));
     EXPECT_EQ(ReadWholeFile(dir / "to"), "new contents\n");
-    struct stat info;
-    ASSERT_EQ(stat((dir / "to").c_str(), &info), 0);
-    EXPECT_EQ(info.st_mode & 0777, 0640u);
-    mkdir((dir / "d").c_str(), 0755);
+    EXPECT_EQ(fs::status(dir / "to").permissions(), fs::perms(0640));
+    fs::create_directory(dir / "d");
     WriteWholeFile(dir / "d/inside", "i");
     EXPECT_TRUE(moveFile(dir / "d", dir / "e"));
     EXPECT_EQ(ReadWholeFile(dir / "e/inside"), "i");

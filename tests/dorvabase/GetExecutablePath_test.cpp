@@ -9,24 +9,16 @@
 
 using Dorva::GetExecutablePath;
 
-namespace {
-
-void MakeFile(const std::string& path, mode_t mode) {
-    WriteWholeFile(path, "#!/bin/sh\n");
-    chmod(path.c_str(), mode);
-}
-
-}  // namespace
-
 TEST(GetExecutablePath, SearchesPathInOrderForExecutableFilesOrTakesANameWithSlash) {
     const std::string saved = getenv("PATH") ? getenv("PATH") : "";
     ScratchDir first, second;
-    MakeFile(first / "plain", 0644);  // not executable: skipped
-    MakeFile(second / "plain", 0755);
-    mkdir((first / "tool").c_str(), 0755);  // a directory: skipped
-    MakeFile(second / "tool", 0755);
-    MakeFile(first / "both", 0755);
-    MakeFile(second / "both", 0755);
+    // Skipped in the first directory: "plain" is not executable, "tool" is a directory.
+    mkdir((first / "tool").c_str(), 0755);
+    for (const std::string& path :
+         {first / "plain", second / "plain", second / "tool", first / "both", second / "both"}) {
+        WriteWholeFile(path, "#!/bin/sh\n");
+        chmod(path.c_str(), path == first / "plain" ? 0644 : 0755);
+    }
     setenv("PATH", (first.Path() + ":" + second.Path()).c_str(), 1);
     EXPECT_EQ(GetExecutablePath("plain").Get(), second / "plain");
     EXPECT_EQ(GetExecutablePath("tool").Get(), second / "tool");

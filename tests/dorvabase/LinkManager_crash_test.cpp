@@ -11,10 +11,9 @@
 TEST(LinkManagerCrash, KilledPeersSlotIsClearedWithinFortySeconds) {
     TestRegion region("crash");
     std::vector<std::unique_ptr<LinkPeer>> peers;
-    for (int i = 0; i < 50; ++i) {
+    for (int i = 0; i < 50; ++i)
         peers.emplace_back(new LinkPeer(region.Name(), {"start", "wait", "shutdown"}));
-    }
-    for (auto& peer : peers) ASSERT_EQ(peer->ReadLines(), "1");
+    for (auto& peer : peers) ASSERT_EQ(peer->Read(1), "1\n");
     peers[17]->Kill();
     const auto killed = std::chrono::steady_clock::now();
     // Its stamp is still healthy: the region is full.
@@ -43,7 +42,7 @@ TEST(LinkManagerCrash, KilledPeersSlotIsClearedWithinFortySeconds) {
         "WARNING:  A communicating process seems to have crashed.  "
         "Cleaning up. (";
     for (auto& peer : peers) {
-        std::string output = peer->ReadAll();
+        std::string output = peer->Read();
         const size_t at = output.find(warning);
         if (at != std::string::npos) output.erase(at, output.find('\n', at) + 1 - at), ++warnings;
         EXPECT_EQ(output, "waiting\ngo\ndown\n");

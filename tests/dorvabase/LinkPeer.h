@@ -39,10 +39,9 @@ class RegionView {
   public:
     explicit RegionView(const std::string& name) {
         const int fd = shm_open(("/" + name).c_str(), O_RDWR, 0);
-        if (fd < 0) throw std::runtime_error("no region " + name);
         void* base = mmap(nullptr, 462000, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
-        close(fd);
-        if (base == MAP_FAILED) throw std::runtime_error("mmap failed");
+        if (fd >= 0) close(fd);
+        if (base == MAP_FAILED) throw std::runtime_error("no region " + name);
         m_base = static_cast<unsigned char*>(base);
     }
     ~RegionView() { munmap(m_base, 462000); }
@@ -81,21 +80,12 @@ class LinkPeer {
         if (m_stdout != nullptr) fclose(m_stdout);
     }
 
-    // The next n lines of output without their line ends, joined by "|".
-    std::string ReadLines(int n = 1) {
+    // The next n lines of output with their line ends; by default all of it, up to the end.
+    std::string Read(int n = -1) {
         std::string text;
-        for (int c; m_stdout && n > 0 && (c = fgetc(m_stdout)) != EOF;) {
-            if (c != '\n')
-                text += char(c);
-            else if (--n > 0)
-                text += '|';
+        for (int c; m_stdout && n != 0 && (c = fgetc(m_stdout)) != EOF; n -= c == '\n') {
+            text += char(c);
         }
-        return text;
-    }
-    // All further output, up to the process's end.
-    std::string ReadAll() {
-        std::string text;
-        for (int c; m_stdout && (c = fgetc(m_stdout)) != EOF;) text += char(c);
         return text;
     }
     // Lets a "wait" command go on.
@@ -115,5 +105,5 @@ class LinkPeer {
 
 // Runs one peer to its end and gives its whole output.
 inline std::string RunPeer(const std::string& region, const std::vector<std::string>& commands) {
-    return LinkPeer(region, commands).ReadAll();
+    return LinkPeer(region, commands).Read();
 }

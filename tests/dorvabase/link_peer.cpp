@@ -1,12 +1,10 @@
 // Test helper: one peer process of the link tests. It runs the commands of its command line in
 // order against the region named by its first argument ("-" keeps the default name) and prints one
 // line per command, mostly the result code:
-//   start | shutdown | count | name | abandon (ends without Shutdown) | wait (reads one stdin line)
+//   start | shutdown | count | name | wait (reads one stdin line)
 //   create SIZE KEYLEN | attach ID SIZE | detach ID | key KEYLEN SIZE | get ID SIZE
 //   conparent | conattach ID | flag (sets successful completion) | await (until it is set)
 //   loop state|progress N (sets its field N times, checking that no update gets lost) | report
-#include <unistd.h>
-
 #include <cstdlib>
 #include <iostream>
 #include <string>
@@ -28,21 +26,18 @@ GeneralConLink* s_link = nullptr;
 std::string Loop(bool blnState, int n) {
     double lastOther = -1.0;
     for (int i = 1; i <= 2 * n; ++i) {
+        const int value = i / 2;
         std::int32_t state = 0;
         double progress = 0.0;
-        if (i % 2 == 0) {
-            const int value = i / 2;
-            const LinkManager::Result set =
-                blnState ? s_link->SetCompletionState(value) : s_link->SetProgress(value);
-            if (set != LinkManager::SUCCESS) return "set failed " + std::to_string(set);
+        const LinkManager::Result set = i % 2 == 1 ? LinkManager::SUCCESS
+                                        : blnState ? s_link->SetCompletionState(value)
+                                                   : s_link->SetProgress(value);
+        if (set != LinkManager::SUCCESS || s_link->GetCompletionState(state) != set ||
+            s_link->GetProgress(progress) != set) {
+            return "failed at " + std::to_string(value);
         }
-        if (s_link->GetCompletionState(state) != LinkManager::SUCCESS ||
-            s_link->GetProgress(progress) != LinkManager::SUCCESS) {
-            return "get failed";
-        }
-        const double own = blnState ? state : progress;
-        const double other = blnState ? progress : state;
-        if (own != i / 2 || other < lastOther) return "lost update at " + std::to_string(i / 2);
+        const double own = blnState ? state : progress, other = blnState ? progress : state;
+        if (own != value || other < lastOther) return "lost update at " + std::to_string(value);
         lastOther = other;
     }
     return "ok";
@@ -69,9 +64,6 @@ int main(int argc, char** argv) {
             std::cout << LinkManager::GetNumAttachedManagers();
         } else if (command == "name") {
             std::cout << LinkManager::GetRegionName();
-        } else if (command == "abandon") {
-            std::cout << "abandoned" << std::endl;
-            _exit(0);
         } else if (command == "wait") {
             std::cout << "waiting" << std::endl;
             std::string line;

@@ -1,6 +1,7 @@
 // The worker driven through its link by Kavex3_Client, as the front end drives it. These runs use
 // the user's real link region, as any front end does; the product never removes it.
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -8,6 +9,8 @@
 #include <cstdlib>
 
 #include "RunGridGen.h"
+
+using testing::HasSubstr;
 
 namespace {
 
@@ -38,20 +41,16 @@ struct ClientRun {
     bool m_blnReleased = false;
 };
 
-bool Contains(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
 }  // namespace
 
 TEST(Kavex3Client, RunToTheEndReportsSuccessfulCompletion) {
     ClientRun run;
     const RunResult r = run.Run({});
     EXPECT_EQ(r.status, 0) << r.strStdout << r.strStderr;
-    EXPECT_TRUE(Contains(r.strStdout, "\nVantor Version 0.9.15 (Beta) Build 396 ("));
-    EXPECT_TRUE(Contains(r.strStdout, "\nBegin Grid Generation... (")) << r.strStdout;
-    EXPECT_TRUE(Contains(r.strStdout, " s: exit status 0\nSuccessful completion: yes\n"));
-    EXPECT_FALSE(Contains(r.strStdout, "Error log"));
+    EXPECT_THAT(r.strStdout, HasSubstr("\nVantor Version 0.9.15 (Beta) Build 396 ("));
+    EXPECT_THAT(r.strStdout, HasSubstr("\nBegin Grid Generation... ("));
+    EXPECT_THAT(r.strStdout, HasSubstr(" s: exit status 0\nSuccessful completion: yes\n"));
+    EXPECT_EQ(r.strStdout.find("Error log"), std::string::npos);
     EXPECT_TRUE(PathExists(run.dir / "KX3.grid.dat"));
     EXPECT_FALSE(PathExists(run.dir / "temp.Grid") || PathExists(run.dir / "temp.SlvrRot"));
 }
@@ -67,8 +66,8 @@ TEST(Kavex3Client, StopDuringTheGeneratorEndsTheWorkerWithStatusZero) {
     const RunResult r = run.Run({"-stopafter", "0.5"});
     EXPECT_FALSE(run.m_blnReleased) << r.strStdout;
     EXPECT_EQ(r.status, 0) << r.strStdout << r.strStderr;
-    EXPECT_TRUE(Contains(r.strStdout, "\nBegin Grid Generation...\nStop set at "));
-    EXPECT_TRUE(Contains(r.strStdout, " s: exit status 0\nSuccessful completion: yes\n"));
+    EXPECT_THAT(r.strStdout, HasSubstr("\nBegin Grid Generation...\nStop set at "));
+    EXPECT_THAT(r.strStdout, HasSubstr(" s: exit status 0\nSuccessful completion: yes\n"));
     const std::string marker = "the worker ended ";
     const size_t at = r.strStdout.find(marker);
     ASSERT_NE(at, std::string::npos) << r.strStdout;
@@ -85,10 +84,9 @@ TEST(Kavex3Client, FailingWorkerIsReportedWithItsErrorLog) {
     std::remove((run.dir / "1-x.cut").c_str());
     const RunResult r = run.Run({});
     EXPECT_EQ(r.status, 1);
-    EXPECT_TRUE(Contains(r.strStdout, " s: exit status 1\nSuccessful completion: no\nError log " +
-                                          (run.dir / "Kavex3_GridGen.err") + ":\n"))
-        << r.strStdout;
-    EXPECT_TRUE(Contains(r.strStdout, "can not open body points file"));
+    EXPECT_THAT(r.strStdout, HasSubstr(" s: exit status 1\nSuccessful completion: no\nError log " +
+                                       (run.dir / "Kavex3_GridGen.err") + ":\n"));
+    EXPECT_THAT(r.strStdout, HasSubstr("can not open body points file"));
 }
 
 TEST(Kavex3Client, ArgumentsThatDontStartARun) {
@@ -103,6 +101,6 @@ TEST(Kavex3Client, ArgumentsThatDontStartARun) {
              {{"-stopafter", "soon"}, "-stopafter needs a number of seconds"}}) {
         const RunResult r = run.Run(arguments, !arguments.empty());
         EXPECT_EQ(r.status, 2);
-        EXPECT_TRUE(Contains(r.strStderr, message)) << r.strStderr;
+        EXPECT_THAT(r.strStderr, HasSubstr(message));
     }
 }

@@ -23,43 +23,37 @@ InspectRun TinyRun() {
     return run;
 }
 
+// A PNG file decoded to RGB bytes, row by row.
 struct DecodedPng {
-    png_uint_32 width = 0, height = 0;
+    png_image image{};
     std::vector<unsigned char> rgb;
-    const unsigned char* At(int x, int y) const {
-        return &rgb[(static_cast<size_t>(y) * width + x) * 3];
+    explicit DecodedPng(const std::string& path) {
+        image.version = PNG_IMAGE_VERSION;
+        EXPECT_TRUE(png_image_begin_read_from_file(&image, path.c_str())) << image.message;
+        image.format = PNG_FORMAT_RGB;
+        rgb.resize(PNG_IMAGE_SIZE(image));
+        EXPECT_TRUE(png_image_finish_read(&image, nullptr, rgb.data(), 0, nullptr))
+            << image.message;
+    }
+    std::vector<int> At(int x, int y) const {
+        const unsigned char* pixel = &rgb[(static_cast<size_t>(y) * image.width + x) * 3];
+        return std::vector<int>(pixel, pixel + 3);
     }
 };
-
-DecodedPng Decode(const std::string& path) {
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    EXPECT_TRUE(png_image_begin_read_from_file(&image, path.c_str())) << image.message;
-    image.format = PNG_FORMAT_RGB;
-    DecodedPng png;
-    png.width = image.width;
-    png.height = image.height;
-    png.rgb.resize(PNG_IMAGE_SIZE(image));
-    EXPECT_TRUE(png_image_finish_read(&image, nullptr, png.rgb.data(), 0, nullptr))
-        << image.message;
-    return png;
-}
 
 TEST(SlicePicture, BlockedCellFilledInTheDecodedPicture) {
     const ScratchDir dir;
     const InspectRun run = TinyRun();
     const SlicePlane plane = ParseSlicePlane(run, "k=2");
     WriteSlicePicture(run, plane, dir / SliceFileName(plane));
-    const DecodedPng png = Decode(dir / "slice_K2.png");
+    const DecodedPng png(dir / "slice_K2.png");
     const SliceView view(run, plane);
-    ASSERT_EQ(png.width,
-              static_cast<png_uint_32>(view.Width()));  // the grid is wider than the legend
-    ASSERT_GT(png.height, static_cast<png_uint_32>(view.Height()));
-    const unsigned char* blocked = png.At(view.Column(3), view.Row(0.5));
-    EXPECT_EQ(std::vector<int>(blocked, blocked + 3),
+    // The grid is wider than the legend, which goes below it.
+    ASSERT_EQ(png.image.width, static_cast<png_uint_32>(view.Width()));
+    ASSERT_GT(png.image.height, static_cast<png_uint_32>(view.Height()));
+    EXPECT_EQ(png.At(view.Column(3), view.Row(0.5)),
               std::vector<int>(g_rgbBlockedFill, g_rgbBlockedFill + 3));
-    const unsigned char* open = png.At(view.Column(5), view.Row(0.5));
-    EXPECT_EQ(std::vector<int>(open, open + 3), std::vector<int>(3, 255));
+    EXPECT_EQ(png.At(view.Column(5), view.Row(0.5)), std::vector<int>(3, 255));
 }
 
 TEST(SlicePicture, UnwritableFileNamesThePath) {
