@@ -28,8 +28,8 @@ class ExampleRun : public ScratchDir {
         m_files = {m_project, "layers.dat"};
         if (example == "cut_body") m_files.push_back("block.cut");
         for (const std::string& name : m_files)
-            WriteWholeFile(*this / name, ReadWholeFile(KAVEX_SOURCE_DIR "/examples/" + example +
-                                                       "/" + name));
+            WriteWholeFile(*this / name,
+                           ReadWholeFile(KAVEX_SOURCE_DIR "/examples/" + example + "/" + name));
         WriteWholeFile(*this / "r.SlvrRot", "0\n");
     }
     const std::vector<std::string>& files() const { return m_files; }
