@@ -86,8 +86,9 @@ TEST_F(Classify, IsCellInteriorDecisionTable) {
                 g_gridCells(c.exteriorNeighbourI, 2, 2).m_eState = CELL_EXTERIOR;
             std::vector<Triangle*> tris;
             if (c.triangle == 1)
-                tris = {Tri(c.i + 0.1, 2.1, 2.5, c.i + 0.9, 2.2, 2.5, c.i + 0.5, 2.9, 2.5)};
-            if (c.triangle == 2) tris = {Tri(9, 9, 9, 9.5, 9, 9, 9, 9.5, 9)};
+                tris = {new Triangle({c.i + 0.1, 2.1, 2.5}, {c.i + 0.9, 2.2, 2.5},
+                                     {c.i + 0.5, 2.9, 2.5})};
+            if (c.triangle == 2) tris = {new Triangle({9, 9, 9}, {9.5, 9, 9}, {9, 9.5, 9})};
             for (Triangle* t : tris) g_gridCells.Append(cell, t);
             g_gridCells.Own(tris);
             EXPECT_EQ(IsCellInterior({c.i, 2, 2}, g_gridCells, cell), c.expect)

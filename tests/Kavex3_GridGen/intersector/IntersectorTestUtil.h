@@ -1,27 +1,18 @@
-// Test helpers: uniform grids in g_gridCells, triangles, surface zones and a closed box surface.
+// Test helpers: unit grids in g_gridCells, surface zones and a closed box surface.
 #pragma once
 
 #include <vector>
 
 #include "intersector/Intersector.h"
 
-inline std::vector<float> UniformAxis(int cells, float low = 0.0f, float step = 1.0f) {
-    std::vector<float> a;
-    for (int c = 0; c <= cells; ++c) a.push_back(low + step * float(c));
-    return a;
-}
-
 // g_gridCells of unit cells from the origin, all unknown.
 inline void UnitGrid(int ni, int nj, int nk) {
-    std::vector<float> axes[3] = {UniformAxis(ni), UniformAxis(nj), UniformAxis(nk)};
+    const int n[3] = {ni, nj, nk};
+    std::vector<float> axes[3];
+    for (int a = 0; a < 3; ++a)
+        for (int c = 0; c <= n[a]; ++c) axes[a].push_back(float(c));
     g_gridCells.Reset(axes);
     g_v3iGridDimensions = {ni, nj, nk};
-}
-
-inline Triangle* Tri(double ax, double ay, double az, double bx, double by, double bz, double cx,
-                     double cy, double cz) {
-    double a[3] = {ax, ay, az}, b[3] = {bx, by, bz}, c[3] = {cx, cy, cz};
-    return new Triangle(a, b, c);
 }
 
 // The zone's box from its triangles' single-precision coordinates, as a mesh would give it.

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <sstream>
 #include <vector>
 
@@ -76,10 +75,18 @@ TEST(CoPlanar, TheOrderOfStepsDecidesACornerAndTheCrossingResult) {
     EXPECT_EQ(std::vector<int>(edges, edges + 3), (std::vector<int>{0, 1, -1}));
 }
 
-// Normal z of a triangle in the z = 0 plane: its winding.
-double Winding(const Triangle& t) {
-    const double* v = t.m_adblVertices;
-    return (v[3] - v[0]) * (v[7] - v[1]) - (v[4] - v[1]) * (v[6] - v[0]);
+// The pieces of t, at least n of them, in the order they come out.
+std::vector<Triangle> Split(const Triangle& t, int n) {
+    Triangle** pieces = nullptr;
+    int count = 0;
+    t.BreakUpTriangle(pieces, n, count);
+    std::vector<Triangle> out;
+    for (int k = 0; k < count; ++k) {
+        out.push_back(*pieces[k]);
+        delete pieces[k];
+    }
+    delete[] pieces;
+    return out;
 }
 
 TEST(BreakUpTriangle, SplitsTheLongestEdgeBackFirstAndFlipsTheSecondPiece) {
@@ -89,40 +96,19 @@ TEST(BreakUpTriangle, SplitsTheLongestEdgeBackFirstAndFlipsTheSecondPiece) {
     double p0[3] = {0, 0, 0}, p1[3] = {2, 0, 0}, p2[3] = {0, 1, 0};
     Triangle t(p0, p1, p2);
     t.m_blnFlagB = true;
-    Triangle** pieces = nullptr;
-    int count = 0;
-    t.BreakUpTriangle(pieces, 3, count);
-    std::unique_ptr<Triangle*[]> hold(pieces);
-    ASSERT_EQ(count, 3);
     // Edge 1 gives (P0,P1,m) (P0,P2,m); the second, taken from the back, ties on edges 1 and 2
-    // and splits edge 2 at n into (P2,m,n) (P2,P0,n). Pieces come out from the back.
+    // and splits edge 2 at n into (P2,m,n) (P2,P0,n). Pieces come out from the back. Vertex
+    // order is compared, so the windings too: (P0,P2,m) flips the source's, its second piece
+    // flips it back.
     double m[3] = {1, 0.5, 0}, n[3] = {0.5, 0.25, 0};
-    const Triangle expect[3] = {Triangle(p2, p0, n), Triangle(p2, m, n), Triangle(p0, p1, m)};
-    for (int k = 0; k < 3; ++k) {
-        EXPECT_TRUE(*pieces[k] == expect[k]) << k << ": " << *pieces[k];
-        EXPECT_TRUE(pieces[k]->m_blnFlagB);
-        EXPECT_EQ(pieces[k]->m_intIndexB, -1);
-    }
-    EXPECT_GT(Winding(t), 0);
-    EXPECT_GT(Winding(*pieces[2]), 0);  // a first piece keeps its source's winding
-    EXPECT_LT(Winding(*pieces[1]), 0);  // (P0,P2,m) had flipped it
-    EXPECT_GT(Winding(*pieces[0]), 0);  // and its second piece flips it back
-    for (int k = 0; k < 3; ++k) delete pieces[k];
+    const std::vector<Triangle> pieces = Split(t, 3);
+    EXPECT_EQ(pieces, (std::vector<Triangle>{{p2, p0, n}, {p2, m, n}, {p0, p1, m}}));
+    for (const Triangle& p : pieces) EXPECT_TRUE(p.m_blnFlagB && p.m_intIndexB == -1) << p;
 
     // Equal edges split edge 2 first; fewer than two pieces asked for gives one copy.
-    double e0[3] = {1, 0, 0}, e1[3] = {0, 1, 0}, e2[3] = {0, 0, 1};
+    double e0[3] = {1, 0, 0}, e1[3] = {0, 1, 0}, e2[3] = {0, 0, 1}, mid[3] = {0.5, 0, 0.5};
     Triangle eq(e0, e1, e2);
-    eq.BreakUpTriangle(pieces, 2, count);
-    hold.reset(pieces);
-    ASSERT_EQ(count, 2);
-    double mid[3] = {0.5, 0, 0.5};
-    EXPECT_TRUE(*pieces[1] == Triangle(e1, e2, mid));
-    EXPECT_TRUE(*pieces[0] == Triangle(e1, e0, mid));
-    for (int k = 0; k < 2; ++k) delete pieces[k];
-    eq.BreakUpTriangle(pieces, 1, count);
-    hold.reset(pieces);
-    ASSERT_EQ(count, 1);
-    EXPECT_TRUE(*pieces[0] == eq);
-    delete pieces[0];
+    EXPECT_EQ(Split(eq, 2), (std::vector<Triangle>{{e1, e0, mid}, {e1, e2, mid}}));
+    EXPECT_EQ(Split(eq, 1), std::vector<Triangle>{eq});
 }
 }  // namespace

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <algorithm>
 
 #include "FEL_axis_aligned_mesh.h"
 #include "FEL_tetrahedral_mesh.h"
@@ -18,9 +18,7 @@ struct Owned {  // the triangles made, freed at the end
 };
 
 bool Is(const Triangle* t, std::vector<double> v) {
-    for (int n = 0; n < 9; ++n)
-        if (t->m_adblVertices[n] != v[n]) return false;
-    return true;
+    return std::equal(v.begin(), v.end(), t->m_adblVertices);
 }
 
 TEST(ConvertTriangles, StructuredRowsCountTwoPerVertexPlusTwo) {
@@ -48,17 +46,14 @@ TEST(ConvertTriangles, StructuredRowsCountTwoPerVertexPlusTwo) {
 
 TEST(ConvertUnstructuredTriangles, DropsCoincidentVerticesByFelClose) {
     // Triangles: a good one, one with vertices 0 and 2 equal, one with 1 and 2 within tolerance.
-    auto mesh = [] {
-        FEL_vector3<float>* v = new FEL_vector3<float>[5] {
-            {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}, {
-                1.00001f, 1, 0
-            }
-        };
-        FEL_vector3<int>* t = new FEL_vector3<int>[3] {
-            {0, 1, 2}, {2, 1, 2}, {
-                0, 3, 4
-            }
-        };
+    const FEL_vector3<float> points[5] = {
+        {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {1, 1, 0}, {1.00001f, 1, 0}};
+    const FEL_vector3<int> tris[3] = {{0, 1, 2}, {2, 1, 2}, {0, 3, 4}};
+    auto mesh = [&] {
+        auto* v = new FEL_vector3<float>[5];
+        auto* t = new FEL_vector3<int>[3];
+        std::copy(points, points + 5, v);
+        std::copy(tris, tris + 3, t);
         return FEL_pointer<FEL_mesh>(new FEL_tetrahedral_mesh(5, v, 3, t, nullptr, 0, nullptr));
     };
     const bool saved = g_blnUseClose;
