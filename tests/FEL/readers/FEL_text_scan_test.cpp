@@ -74,10 +74,8 @@ TEST(FEL_text_scan, RandomFloatsInTheWritersFormatsRoundTripExactly) {
 
 TEST(FEL_text_scan, MappedFileHoldsTheWholeFileAndReportsAMissingOne) {
     FEL_test_dir dir;
-    {
-        FEL_mapped_file file(dir.write("m", "1 2\n3"));
-        ASSERT_TRUE(file.ok());
-        EXPECT_EQ(std::string(file.begin(), file.end()), "1 2\n3");
-    }
+    FEL_mapped_file file(dir.write("m", "1 2\n3"));
+    ASSERT_TRUE(file.ok());
+    EXPECT_EQ(std::string(file.begin(), file.end()), "1 2\n3");
     EXPECT_FALSE(FEL_mapped_file(dir / "missing").ok());
 }
