@@ -49,7 +49,6 @@ void expect_like_libraries(const std::string& text) {
 }  // namespace
 
 TEST(FEL_text_scan, AwkwardNumbersReadAsTheLibrariesReadThem) {
-    // The texts, separated by '|'.
     std::istringstream texts(
         "12|12.0|12.5|-0.0|+1.5|+-1|-+1|1e|1e5|1.5e |1ex|inf|nan|-inf|infinity|0x1p3|.5|5.|.|-||"
         "   "
