@@ -7,7 +7,6 @@
 #include <sstream>
 
 #include "FEL/readers/FEL_reader_test_files.h"
-#include "FEL_curvilinear_mesh.h"
 #include "FEL_exception.h"
 #include "FEL_tetrahedral_mesh.h"
 #include "RunGridGen.h"
