@@ -34,8 +34,7 @@ std::string ascii_stl(const std::vector<Tri>& facets) {
 }
 
 std::string binary_stl(const std::vector<Tri>& facets) {
-    std::string s(80, ' ');
-    s += le_ints({static_cast<std::uint32_t>(facets.size())});
+    std::string s = std::string(80, ' ') + le_ints({static_cast<std::uint32_t>(facets.size())});
     for (const Tri& t : facets) {
         s += std::string(12, '\0');
         for (const auto& v : t) s += le_float(v.x) + le_float(v.y) + le_float(v.z);

@@ -39,11 +39,10 @@ void expect_like_libraries(const std::string& text) {
     std::istringstream in(text);
     const bool extracted = FEL_extract_float(p, text.c_str() + text.size(), &mine);
     ASSERT_EQ(extracted, static_cast<bool>(in >> theirs));
-    if (extracted) {
-        EXPECT_EQ(std::memcmp(&mine, &theirs, 4), 0);
-        EXPECT_EQ(p - text.c_str(),
-                  in.eof() ? std::streamoff(text.size()) : std::streamoff(in.tellg()));
-    }
+    if (!extracted) return;
+    EXPECT_EQ(std::memcmp(&mine, &theirs, 4), 0);
+    EXPECT_EQ(p - text.c_str(),
+              in.eof() ? std::streamoff(text.size()) : std::streamoff(in.tellg()));
 }
 
 }  // namespace
