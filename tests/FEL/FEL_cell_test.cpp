@@ -15,9 +15,7 @@ TEST(FEL_cell, StreamForms) {
     const char* letters = "VEFQTPWH";
     for (int type = 1; type <= 8; ++type)
         EXPECT_EQ(text(FEL_cell(type, 0, 0, 0))[0], letters[type - 1]);
-    FEL_cell bad;
-    bad.type = 9;
-    EXPECT_THROW(text(bad), FEL_exception);
+    EXPECT_THROW(text(FEL_cell(9, 0, 0, 0)), FEL_exception);
     EXPECT_EQ(text(FEL_time()), "<undefined>");
     EXPECT_EQ(text(FEL_phys_pos(1.0f, 2.0f, 3.0f, FEL_time::from_float(0.5f))), "(1, 2, 3, 0.5)");
     EXPECT_EQ(text(FEL_structured_pos(1.5f, 2.0f, 3.0f)), "(1.5, 2, 3)");

@@ -23,7 +23,6 @@ FEL_vector3<float>* box_nodes(const FEL_vector3<float>& scale) {
     return nodes;
 }
 
-// Counts how often the box is computed.
 class counting_mesh : public FEL_curvilinear_mesh_xyz_layout {
   public:
     counting_mesh() : FEL_curvilinear_mesh_xyz_layout(2, 2, 2, box_nodes({2, 3, 4})) {}

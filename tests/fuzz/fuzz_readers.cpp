@@ -73,6 +73,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string& path = input_file(data, size);
     reset_generator();
+    std::unique_ptr<FILE, int (*)(FILE*)> f(std::fopen(path.c_str(), "r"), std::fclose);
     try {
 #if defined(KAVEX_FUZZ_mesh)
         // The driver offers the Plot3D text flags for ".stl" and ".p3d" names: odd sizes try them.
@@ -90,7 +91,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         Body* body = new_body_struct();
         body->type = 0;
         body->pointsFile = strdup(path.c_str());
-        std::unique_ptr<FILE, int (*)(FILE*)> f(std::fopen(path.c_str(), "r"), std::fclose);
         read_body_cuts_pts(body, f.get());
         body->pointsFile[0] = '\0';  // read: the rest of the body's finish without reading again
         bodies_lex_input_done();
@@ -98,7 +98,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         set_lines(7, body->bdyMin, body->bdyMax);
         mark_all_body_cells();
 #elif defined(KAVEX_FUZZ_layers)
-        std::unique_ptr<FILE, int (*)(FILE*)> f(std::fopen(path.c_str(), "r"), std::fclose);
         rd_gen_layer_gds(f.get());
         const double lo[3] = {0, 0, 0}, hi[3] = {1, 1, 1};
         set_lines(2, lo, hi);

@@ -26,13 +26,10 @@ inline std::string le_ints(std::initializer_list<std::uint32_t> values) {
         for (int b = 0; b < 4; ++b) s += static_cast<char>(v >> (8 * b));
     return s;
 }
-inline std::string le32(std::uint32_t v) {
-    return le_ints({v});
-}
 inline std::string le_float(float f) {
     std::uint32_t v;
     std::memcpy(&v, &f, 4);
-    return le32(v);
+    return le_ints({v});
 }
 
 inline std::string corpus(const std::string& relative) {

@@ -34,8 +34,7 @@ std::string ascii_stl(const std::vector<Tri>& facets) {
 }
 
 std::string binary_stl(const std::vector<Tri>& facets) {
-    std::string s(80, ' ');
-    s += le32(static_cast<std::uint32_t>(facets.size()));
+    std::string s = std::string(80, ' ') + le_ints({static_cast<std::uint32_t>(facets.size())});
     for (const Tri& t : facets) {
         s += std::string(12, '\0');
         for (const auto& v : t) s += le_float(v.x) + le_float(v.y) + le_float(v.z);
@@ -92,7 +91,6 @@ TEST(FEL_stl_reader, BitEqualVerticesMergeMinusZeroAsZeroOrderedByCoordinateZone
     const FEL_pointer<FEL_mesh> mesh =
         FEL_stl_read_mesh(dir.write("o.stl", ascii_stl({{{2, 0, 0}, {1, 5, 0}, {1, 0, 7}}})), 0);
     EXPECT_EQ(surface(mesh).get_triangles()[0], FEL_vector3<int>(2, 1, 0));
-    EXPECT_EQ(surface(mesh).get_vertices()[0], FEL_vector3<float>(1, 0, 7));
 }
 
 TEST(FEL_stl_reader, AsciiDropsAFacetCutOffByTheEndAndNeedsASolidLine) {

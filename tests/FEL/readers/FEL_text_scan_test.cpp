@@ -39,17 +39,15 @@ void expect_like_libraries(const std::string& text) {
     std::istringstream in(text);
     const bool extracted = FEL_extract_float(p, text.c_str() + text.size(), &mine);
     ASSERT_EQ(extracted, static_cast<bool>(in >> theirs));
-    if (extracted) {
-        EXPECT_EQ(std::memcmp(&mine, &theirs, 4), 0);
-        EXPECT_EQ(p - text.c_str(),
-                  in.eof() ? std::streamoff(text.size()) : std::streamoff(in.tellg()));
-    }
+    if (!extracted) return;
+    EXPECT_EQ(std::memcmp(&mine, &theirs, 4), 0);
+    EXPECT_EQ(p - text.c_str(),
+              in.eof() ? std::streamoff(text.size()) : std::streamoff(in.tellg()));
 }
 
 }  // namespace
 
 TEST(FEL_text_scan, AwkwardNumbersReadAsTheLibrariesReadThem) {
-    // The texts, separated by '|'.
     std::istringstream texts(
         "12|12.0|12.5|-0.0|+1.5|+-1|-+1|1e|1e5|1.5e |1ex|inf|nan|-inf|infinity|0x1p3|.5|5.|.|-||"
         "   "
@@ -74,10 +72,8 @@ TEST(FEL_text_scan, RandomFloatsInTheWritersFormatsRoundTripExactly) {
 
 TEST(FEL_text_scan, MappedFileHoldsTheWholeFileAndReportsAMissingOne) {
     FEL_test_dir dir;
-    {
-        FEL_mapped_file file(dir.write("m", "1 2\n3"));
-        ASSERT_TRUE(file.ok());
-        EXPECT_EQ(std::string(file.begin(), file.end()), "1 2\n3");
-    }
+    FEL_mapped_file file(dir.write("m", "1 2\n3"));
+    ASSERT_TRUE(file.ok());
+    EXPECT_EQ(std::string(file.begin(), file.end()), "1 2\n3");
     EXPECT_FALSE(FEL_mapped_file(dir / "missing").ok());
 }
