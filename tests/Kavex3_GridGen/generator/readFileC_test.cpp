@@ -221,19 +221,18 @@ TEST_F(ReadFileCTest, SpecCollectionGrowsAndIsHandedOver) {
 using ReadFileCDeathTest = GenTest;
 
 TEST_F(ReadFileCDeathTest, FatalInputEndsWithStatusOne) {
-    EXPECT_EXIT(manage_gridgen_input("/nonexistent-dir/none.spec"), testing::ExitedWithCode(1),
-                "^ERROR: File not found\n$");
-    const std::string bodyless =
-        file("unknown.spec", "Body Z-GridSpec\nNew GridSpec\nin: Nope\n#\nEnd Z-Grid Spec\n");
-    EXPECT_EXIT(manage_gridgen_input(bodyless.c_str()), testing::ExitedWithCode(1),
-                "^\nError: Incorrect body name 'Nope'\n$");
     // Without a blank before the L the name loses its last letter.
     const std::string wing = file("w.cut", "1 1\n0.0\n0 0\n");
-    std::string text = "Start Body Definitions\nNew Body\nname: Wing\ntype: XcutPlanes\n";
-    text += "Points File: " + wing + "\n#\nEnd Body Definitions\nBody Y-GridSpec\nNew GridSpec\n";
-    const std::string glued = file("glued.spec", text + "to: Wing L1\nfrom: WingL0.5\n");
-    EXPECT_EXIT(manage_gridgen_input(glued.c_str()), testing::ExitedWithCode(1),
-                "^\nError: Incorrect body name 'Win'\n$");
+    std::string glued = "Start Body Definitions\nNew Body\nname: Wing\ntype: XcutPlanes\n";
+    glued += "Points File: " + wing + "\n#\nEnd Body Definitions\nBody Y-GridSpec\nNew GridSpec\n";
+    const std::pair<std::string, const char*> rows[] = {
+        {"/nonexistent-dir/none.spec", "^ERROR: File not found\n$"},
+        {file("unknown.spec", "Body Z-GridSpec\nNew GridSpec\nin: Nope\n#\nEnd Z-Grid Spec\n"),
+         "^\nError: Incorrect body name 'Nope'\n$"},
+        {file("glued.spec", glued + "to: Wing L1\nfrom: WingL0.5\n"),
+         "^\nError: Incorrect body name 'Win'\n$"}};
+    for (const auto& [path, message] : rows)
+        EXPECT_EXIT(manage_gridgen_input(path.c_str()), testing::ExitedWithCode(1), message);
 }
 
 }  // namespace
