@@ -76,8 +76,7 @@ TEST(ConvertTranslateCutFilesToPlot3D, NullWithoutConverterOrWithoutCutBodies) {
     const std::string out = dir / "cuts.xyz";
     std::vector<_BodyStruct> bodies = Bodies({{BODY_XCUT, "a.cut"}});
     {
-        ScratchDir empty;
-        PathPrefix path(empty.Path(), false);
+        PathPrefix path(dir / "no-such-dir", false);
         testing::internal::CaptureStderr();
         EXPECT_TRUE(ConvertTranslateCutFilesToPlot3D(bodies, {1, 1, 1}, out).null());
         EXPECT_EQ(testing::internal::GetCapturedStderr(),

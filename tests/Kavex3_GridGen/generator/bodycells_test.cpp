@@ -11,8 +11,7 @@ namespace {
 using BodyCellStore = GenTest;
 
 TEST_F(BodyCellStore, ZeroWidthCellsOnBothSidesAndOnlyNextToTheBoundary) {
-    // Pass by pass over I, J and K, a cell in the outermost real cell 1 or N-3 of an axis adds its
-    // neighbour in the zero-width cell 0 or N-2; cells added by one pass are moved by the next.
+    // Passes over I, J and K in turn; the cells one pass adds are moved by the next.
     // NI = 4: the only real X cell is 1 = NI-3, so a cell there adds both (0, J, K) and (2, J, K).
     // (1, 1, 7): J = 1 adds J = 0; K = 7 is an inner cell (NK = 12) and adds nothing.
     // (1, 7, 1): J = 7 = NJ-3 adds J = 8 (NJ = 10); K = 1 adds K = 0 to every cell with K = 1.

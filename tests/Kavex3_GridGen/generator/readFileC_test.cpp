@@ -105,7 +105,6 @@ TEST_F(ReadFileCTest, PositionsRelativeToBodies) {
     allBdys[0].name = const_cast<char*>("Box");
     allBdys[1].name = const_cast<char*>("Hub");
     allBdys[1].rotor = &hubRotor;
-    const Body* box = &allBdys[0];
     // Rows: name, length code, fraction, axis, position. Length code 0 is the middle (a rotor's
     // centre), 1 the maximum, 2 the minimum plus the fraction of the length, any other the middle
     // plus it; an unknown or empty name is unset.
@@ -119,7 +118,7 @@ TEST_F(ReadFileCTest, PositionsRelativeToBodies) {
         {"", 2, 0.0, 0, DBL_MAX}};
     for (const auto& [name, code, fraction, axis, expected] : rows) {
         const BodyLengthPosn posn{const_cast<char*>(name), code, fraction};
-        const Body* own = std::strcmp(name, "Box") == 0 && code ? box : nullptr;
+        const Body* own = std::strcmp(name, "Box") == 0 && code ? &allBdys[0] : nullptr;
         EXPECT_EQ(reltd_bdyposn_to_abs_posn(&posn, own, axis), expected) << name << code;
     }
     allBdys[1].rotor = nullptr;  // a rotor type without its rotor takes the box middle
@@ -171,8 +170,7 @@ Start Options
 Debug Level: 0
 End Options
 )";
-    const std::string spec = file("quirks.spec", text);
-    manage_gridgen_input(spec.c_str());
+    manage_gridgen_input(file("quirks.spec", text).c_str());
     std::vector<std::pair<std::string, int>> names;  // "-" for a body without a name
     for (int b = 0; b < numBdys; ++b)
         names.emplace_back(allBdys[b].name ? allBdys[b].name : "-", allBdys[b].type);
