@@ -6,7 +6,6 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
-#include <utility>
 
 #include "ScratchDir.h"
 
@@ -34,14 +33,8 @@ void WriteFakeConverter(const ScratchDir& dir) {
     chmod(script.c_str(), 0755);
 }
 
-std::vector<_BodyStruct> Bodies(const std::vector<std::pair<BodyType, std::string>>& list) {
-    std::vector<_BodyStruct> bodies(list.size());
-    for (std::size_t b = 0; b < list.size(); ++b) {
-        bodies[b].eBodyType = list[b].first;
-        bodies[b].strPointsFile = list[b].second;
-    }
-    return bodies;
-}
+// Bodies given by points file, cut file, kind and mesh.
+using Bodies = std::vector<_BodyStruct>;
 
 }  // namespace
 
@@ -49,12 +42,9 @@ TEST(ConvertTranslateCutFilesToPlot3D, RunsTheConverterOnceAndHandsOutZonesOverC
     ScratchDir dir;
     WriteFakeConverter(dir);
     PathPrefix path(dir.Path(), true);
-    std::vector<_BodyStruct> bodies = Bodies({{BODY_STL, "hull.stl"},
-                                              {BODY_PLOT3D, "wing.p3d"},
-                                              {BODY_XCUT, "a.cut"},
-                                              {BODY_ZCUT, "c.cut"},
-                                              {BODY_STL, "fin.stl"},
-                                              {BODY_YCUT, "b.cut"}});
+    Bodies bodies = {{"hull.stl", "", BODY_STL, {}}, {"wing.p3d", "", BODY_PLOT3D, {}},
+                     {"a.cut", "", BODY_XCUT, {}},   {"c.cut", "", BODY_ZCUT, {}},
+                     {"fin.stl", "", BODY_STL, {}},  {"b.cut", "", BODY_YCUT, {}}};
     const std::string out = dir / "cuts.xyz";
     const FEL_pointer<FEL_mesh> mesh =
         ConvertTranslateCutFilesToPlot3D(bodies, FEL_vector3<float>(2.0f, 0.5f, 1.25f), out);
@@ -74,10 +64,9 @@ TEST(ConvertTranslateCutFilesToPlot3D, NullWithoutConverterOrWithoutCutBodies) {
     ScratchDir dir;
     WriteFakeConverter(dir);
     const std::string out = dir / "cuts.xyz";
-    std::vector<_BodyStruct> bodies = Bodies({{BODY_XCUT, "a.cut"}});
+    Bodies bodies = {{"a.cut", "", BODY_XCUT, {}}};
     {
-        ScratchDir empty;
-        PathPrefix path(empty.Path(), false);
+        PathPrefix path(dir / "no-such-dir", false);
         testing::internal::CaptureStderr();
         EXPECT_TRUE(ConvertTranslateCutFilesToPlot3D(bodies, {1, 1, 1}, out).null());
         EXPECT_EQ(testing::internal::GetCapturedStderr(),
@@ -85,8 +74,8 @@ TEST(ConvertTranslateCutFilesToPlot3D, NullWithoutConverterOrWithoutCutBodies) {
     }
 
     PathPrefix path(dir.Path(), true);
-    for (std::vector<_BodyStruct> surfaces :
-         {Bodies({}), Bodies({{BODY_STL, "hull.stl"}, {BODY_PLOT3D, "wing.p3d"}})})
+    for (Bodies surfaces :
+         {Bodies{}, Bodies{{"hull.stl", "", BODY_STL, {}}, {"wing.p3d", "", BODY_PLOT3D, {}}}})
         EXPECT_TRUE(ConvertTranslateCutFilesToPlot3D(surfaces, {1, 1, 1}, out).null());
     EXPECT_FALSE(PathExists(dir / "args"));
     EXPECT_FALSE(PathExists(out));

@@ -114,30 +114,25 @@ TEST(ReadGridFile, ShortRecordsUnknownTypesAndAMissingProject) {
 }
 
 TEST(ReadGridFile, DebugLevelConversionFactorAndSolverInputLines) {
-    // Debug is on only without any zero in the level; the last such line decides.
-    const std::pair<const char*, bool> levels[] = {{"Debug Level: 10\n", false},
-                                                   {"Debug Level: 2\n", true},
-                                                   {"Debug Level: 0\n  Debug Level: 3\n", true}};
-    for (const auto& [text, on] : levels) {
-        g_blnDebug = !on;
-        ReadProject(text);
-        EXPECT_EQ(g_blnDebug, on) << text;
+    // Debug is on only without any zero in the level. The last line of each kind decides;
+    // conversion components that don't scan keep their previous values, and a line without "("
+    // scans nothing.
+    const std::pair<const char*, std::tuple<bool, FEL_vector3<float>, std::string>> rows[] = {
+        {"Debug Level: 10\nConversion Factor: (2.0, 3.0, 4.0)\nConversion Factor: (5.5, 6.5, 7.5)\n"
+         "  Solver Input File: a.dat\nSolver Input File: D:\\b.dat\n",
+         {false, {5.5f, 6.5f, 7.5f}, "D:\\b.dat"}},
+        {"Debug Level: 2\nConversion Factor: (2.0, 3.0, 4.0)\nConversion Factor: (8.0, x, 9.0)\n"
+         "Solver Input File:\n",
+         {true, {8.0f, 3.0f, 4.0f}, ""}},
+        {"Debug Level: 0\n  Debug Level: 3\nConversion Factor: 2.0, 3.0, 4.0\n"
+         "Solver Input File: \n",
+         {true, {1.0f, 1.0f, 1.0f}, ""}}};
+    for (const auto& [text, expected] : rows) {
+        g_blnDebug = !std::get<0>(expected);
+        const ReadResult r = ReadProject(text);
+        EXPECT_EQ(std::make_tuple(g_blnDebug, r.conversionFactor, r.strSolverInput), expected)
+            << text;
     }
-    // The last line decides; components that don't scan keep their previous values; a line
-    // without "(" scans nothing.
-    const std::pair<const char*, FEL_vector3<float>> factors[] = {
-        {"Conversion Factor: (2.0, 3.0, 4.0)\nConversion Factor: (5.5, 6.5, 7.5)\n",
-         {5.5f, 6.5f, 7.5f}},
-        {"Conversion Factor: (2.0, 3.0, 4.0)\nConversion Factor: (8.0, x, 9.0)\n",
-         {8.0f, 3.0f, 4.0f}},
-        {"Conversion Factor: 2.0, 3.0, 4.0\n", {1.0f, 1.0f, 1.0f}}};
-    for (const auto& [text, factor] : factors)
-        EXPECT_EQ(ReadProject(text).conversionFactor, factor) << text;
-    const std::pair<const char*, const char*> solvers[] = {
-        {"  Solver Input File: a.dat\nSolver Input File: D:\\b.dat\n", "D:\\b.dat"},
-        {"Solver Input File:\n", ""},
-        {"Solver Input File: \n", ""}};
-    for (const auto& [text, name] : solvers) EXPECT_EQ(ReadProject(text).strSolverInput, name);
 }
 
 TEST(ReadBodies, StlOrP3dAnywhereInThePathSelectsTheUnstructuredTextTry) {
@@ -167,9 +162,9 @@ TEST(ReadBodies, StlOrP3dAnywhereInThePathSelectsTheUnstructuredTextTry) {
         }
         ReadBodies(bodies);
         ASSERT_FALSE(bodies[0].pMesh.null()) << name;
-        EXPECT_TRUE(bodies[0].pMesh->is_unstructured_mesh()) << name;
-        EXPECT_EQ(std::make_pair(bodies[0].pMesh->card(0), bodies[0].pMesh->card(2)),
-                  std::make_pair(3, 1))
+        const FEL_mesh& mesh = *bodies[0].pMesh;
+        EXPECT_EQ(std::make_tuple(mesh.is_unstructured_mesh(), mesh.card(0), mesh.card(2)),
+                  std::make_tuple(true, 3, 1))
             << name;
     }
 }

@@ -29,7 +29,11 @@ Body* add_body(const char* name, int type) {
 
 const Pts kUnset(6, DBL_MAX);
 
-TEST_F(BodiesTest, CutBodiesGetTheirBoxOnEveryAxis) {
+TEST_F(BodiesTest, CutBodiesGetTheirBoxOnEveryAxisAndMoveWithTheTranslation) {
+    double v[4] = {1, 2, 3, 4};
+    set_all_bodies_min_max(&v[0], &v[1], &v[2], &v[3], &v[3], &v[3]);  // no bodies: untouched
+    bdy_low_high(nullptr, 0, &v[0], &v[1]);                            // no body: untouched
+    EXPECT_EQ(Pts(v, v + 4), (Pts{1, 2, 3, 4}));
     const std::string planes = file("planes.cut", kTwoPlanes);
     for (int type = 0; type < 3; ++type) add_body("cut", type)->pointsFile = strdup(planes.c_str());
     Body* moved = add_body("moved", 1);
@@ -56,6 +60,10 @@ TEST_F(BodiesTest, CutBodiesGetTheirBoxOnEveryAxis) {
     EXPECT_EQ(box(allBdys[4]), kUnset);
     EXPECT_EQ(std::make_pair(allBdys[4].fullSpanUsedInSolver, allBdys[5].fullSpanUsedInSolver),
               std::make_pair(1, 0));
+    EXPECT_EQ(body_from_name("cut", 1), &allBdys[0]);  // the first of the same name
+    const double t[3] = {1, 2, 3};
+    trAllBdyPts(t);
+    EXPECT_EQ(box(allBdys[0]), (Pts{-1, -1, -3, 6, 6, 5}));
 }
 
 TEST_F(BodiesTest, RotorAndCuboidBoxesFollowTheirScaleRules) {
@@ -79,20 +87,6 @@ TEST_F(BodiesTest, RotorAndCuboidBoxesFollowTheirScaleRules) {
     EXPECT_EQ(box(allBdys[3]), kUnset);
     // Z planes: posn by 4, pairs (X, Y) by (2, 3).
     EXPECT_EQ(box(allBdys[4]), (Pts{-6, -18, -8, 8, 6, 20}));
-}
-
-TEST_F(BodiesTest, NamesMatchWholeFirstOneWinsAndTranslationMovesTheBoxes) {
-    double v[4] = {1, 2, 3, 4};
-    set_all_bodies_min_max(&v[0], &v[1], &v[2], &v[3], &v[3], &v[3]);  // no bodies: untouched
-    bdy_low_high(nullptr, 0, &v[0], &v[1]);                            // no body: untouched
-    EXPECT_EQ(Pts(v, v + 4), (Pts{1, 2, 3, 4}));
-    add_body("cut", 0)->pointsFile = strdup(file("x.cut", kTwoPlanes).c_str());
-    add_body("cut", 10);
-    bodies_lex_input_done();
-    EXPECT_EQ(body_from_name("cut", 1), &allBdys[0]);
-    const double t[3] = {1, 2, 3};
-    trAllBdyPts(t);
-    EXPECT_EQ(box(allBdys[0]), (Pts{-1, -1, -3, 6, 6, 5}));
 }
 
 TEST_F(BodiesTest, RotorAndCuboidListingsAreExact) {

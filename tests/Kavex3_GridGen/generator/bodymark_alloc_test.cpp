@@ -51,9 +51,7 @@ TEST_F(BodyMarkingAllocation, SecondMarkingOfABodyAllocatesNothing) {
         narrow.emplace_back(x * 0.5, y * 0.5);
     }
     BodyBuilder build;
-    std::vector<Body> table = {build.cut_body(2, {{0, wide}, {3, narrow}}, {0, 0, 0}, {3, 3, 3})};
-    allBdys = table.data();
-    numBdys = 1;
+    *new_body_struct() = build.cut_body(2, {{0, wide}, {3, narrow}}, {0, 0, 0}, {3, 3, 3});
 
     allocations = 0;
     mark_all_body_cells();

@@ -28,11 +28,7 @@ class BodyMarking : public GenTest {
 TEST_F(BodyMarking, ExtentCellsHonourTheCellTolerance) {
     // Points 0, 1, 2, 3, 4, 5: cells 0 .. 4; cellTol 1e-5.
     Pts g = {0, 1, 2, 3, 4, 5};
-    BodyMarkWork w;
-    for (int a = 0; a < 3; ++a) {
-        w.GDpts[a] = g.data();
-        w.Ngdpts[a] = 6;
-    }
+    BodyMarkWork w{{g.data(), g.data(), g.data()}, {6, 6, 6}, {}, {}};
     // The start cells on X, Y and Z, then the end cells.
     const auto cells = [&w](const double(&box)[6]) {
         set_bdy_strt_end_indices(&w, box);

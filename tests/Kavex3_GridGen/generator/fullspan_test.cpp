@@ -2,7 +2,6 @@
 #include "generator/fullspan.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <tuple>
 
 #include "gdtest_util.h"
@@ -87,11 +86,10 @@ TEST_F(FullSpan, TwoAxesGiveFourDeepCopiesOfEachBody) {
     // between copies would be mirrored twice and show in the copies' values below.
     const int mirrorAxis[12] = {3, 3, 3, 0, 0, 0, 1, 1, 1, 1, 1, 1};
     const int used[12] = {1, 1, 1, 0, 1, 1, 0, 1, 1, 0, 1, 1};
-    for (int b = 0; b < 12; ++b) {
-        EXPECT_EQ(allBdys[b].mirrorAxis, mirrorAxis[b]) << b;
-        EXPECT_EQ(allBdys[b].usedInSolver, used[b]) << b;
-        EXPECT_EQ(allBdys[b].type, allBdys[b % 3].type) << b;
-    }
+    for (int b = 0; b < 12; ++b)
+        EXPECT_EQ(std::make_tuple(allBdys[b].mirrorAxis, allBdys[b].usedInSolver, allBdys[b].type),
+                  std::make_tuple(mirrorAxis[b], used[b], allBdys[b % 3].type))
+            << b;
     // Z-cut body: X reflects q1 and swaps its extreme indices, Y does so for q2.
     const Body& zxy = allBdys[9];
     EXPECT_EQ(cut_points(zxy.cuts[0]), (Pts{-1, -1, -3, -1, -3, -2, -1, -2}));
@@ -125,8 +123,7 @@ TEST_F(FullSpan, MirroredCuboidBlocksCellsOnlyWhenUsedInSolver) {
         *cuboid = build.plain_body(3, {1, 0, 0}, {3, 1, 1});
         cuboid->fullSpanUsedInSolver = fullSpanUsed;
         full_span_grids_and_bodies();
-        EXPECT_EQ(allBdys[1].cuboid[0], -1);
-        EXPECT_EQ(allBdys[1].cuboid[3], -3);
+        EXPECT_EQ(Pts(allBdys[1].cuboid, allBdys[1].cuboid + 6), (Pts{-1, 0, 0, -3, 1, 1}));
         mark_all_body_cells();
         Cells expected = {{3, 0, 0}, {4, 0, 0}};
         if (fullSpanUsed) expected.insert(expected.end(), {{0, 0, 0}, {1, 0, 0}});

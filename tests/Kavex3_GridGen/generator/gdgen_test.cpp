@@ -15,7 +15,7 @@ TEST_F(GenLineGrid, PointsOfTheSpecsAndForcedPoints) {
     // Symmetric row: the mirror [2, 5] of [5, 8], 3 cells, ratio 0.5: widths 4/7, 2/7, 1/7 of 3.
     const double w = 1.0 + 0.5 + 0.5 * 0.5;
     const double a = 2.0 + 1.0 * (3.0 / w), b = a + 0.5 * (3.0 / w);
-    const struct {
+    struct {
         std::vector<BdyGdspc> specs;
         Pts expected, forced = {};
         double symm = UNSET_DBL;
@@ -47,17 +47,15 @@ TEST_F(GenLineGrid, PointsOfTheSpecsAndForcedPoints) {
         // the points are then reflected about 5.
         {{spec(5, 8, 3, 2.0)}, {2.0, a, b, 5.0, 2 * 5.0 - b, 2 * 5.0 - a, 2 * 5.0 - 2.0}, {}, 5.0},
     };
-    for (size_t r = 0; r < std::size(rows); ++r) {
-        std::vector<BdyGdspc> specs = rows[r].specs;
-        Pts forced = rows[r].forced;
+    for (auto& row : rows) {
         GridLine line = make_line(0);
-        set_specs(&line, specs.data(), static_cast<int>(specs.size()));
-        line.frcdGdpts = forced.data();
-        line.nFrcdGdpts = static_cast<int>(forced.size());
-        line.hasSymm = rows[r].symm != UNSET_DBL;
-        line.symmPosn = rows[r].symm;
+        set_specs(&line, row.specs.data(), static_cast<int>(row.specs.size()));
+        line.frcdGdpts = row.forced.data();
+        line.nFrcdGdpts = static_cast<int>(row.forced.size());
+        line.hasSymm = row.symm != UNSET_DBL;
+        line.symmPosn = row.symm;
         gen_line_grid(&line);
-        EXPECT_EQ(points(line), rows[r].expected) << "row " << r;
+        EXPECT_EQ(points(line), row.expected) << "row " << &row - rows;
         std::free(line.gdpts);
     }
     gen_line_grid(nullptr);

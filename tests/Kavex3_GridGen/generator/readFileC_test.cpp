@@ -105,7 +105,6 @@ TEST_F(ReadFileCTest, PositionsRelativeToBodies) {
     allBdys[0].name = const_cast<char*>("Box");
     allBdys[1].name = const_cast<char*>("Hub");
     allBdys[1].rotor = &hubRotor;
-    const Body* box = &allBdys[0];
     // Rows: name, length code, fraction, axis, position. Length code 0 is the middle (a rotor's
     // centre), 1 the maximum, 2 the minimum plus the fraction of the length, any other the middle
     // plus it; an unknown or empty name is unset.
@@ -119,7 +118,7 @@ TEST_F(ReadFileCTest, PositionsRelativeToBodies) {
         {"", 2, 0.0, 0, DBL_MAX}};
     for (const auto& [name, code, fraction, axis, expected] : rows) {
         const BodyLengthPosn posn{const_cast<char*>(name), code, fraction};
-        const Body* own = std::strcmp(name, "Box") == 0 && code ? box : nullptr;
+        const Body* own = std::strcmp(name, "Box") == 0 && code ? &allBdys[0] : nullptr;
         EXPECT_EQ(reltd_bdyposn_to_abs_posn(&posn, own, axis), expected) << name << code;
     }
     allBdys[1].rotor = nullptr;  // a rotor type without its rotor takes the box middle
@@ -171,8 +170,7 @@ Start Options
 Debug Level: 0
 End Options
 )";
-    const std::string spec = file("quirks.spec", text);
-    manage_gridgen_input(spec.c_str());
+    manage_gridgen_input(file("quirks.spec", text).c_str());
     std::vector<std::pair<std::string, int>> names;  // "-" for a body without a name
     for (int b = 0; b < numBdys; ++b)
         names.emplace_back(allBdys[b].name ? allBdys[b].name : "-", allBdys[b].type);
@@ -221,19 +219,18 @@ TEST_F(ReadFileCTest, SpecCollectionGrowsAndIsHandedOver) {
 using ReadFileCDeathTest = GenTest;
 
 TEST_F(ReadFileCDeathTest, FatalInputEndsWithStatusOne) {
-    EXPECT_EXIT(manage_gridgen_input("/nonexistent-dir/none.spec"), testing::ExitedWithCode(1),
-                "^ERROR: File not found\n$");
-    const std::string bodyless =
-        file("unknown.spec", "Body Z-GridSpec\nNew GridSpec\nin: Nope\n#\nEnd Z-Grid Spec\n");
-    EXPECT_EXIT(manage_gridgen_input(bodyless.c_str()), testing::ExitedWithCode(1),
-                "^\nError: Incorrect body name 'Nope'\n$");
     // Without a blank before the L the name loses its last letter.
     const std::string wing = file("w.cut", "1 1\n0.0\n0 0\n");
-    std::string text = "Start Body Definitions\nNew Body\nname: Wing\ntype: XcutPlanes\n";
-    text += "Points File: " + wing + "\n#\nEnd Body Definitions\nBody Y-GridSpec\nNew GridSpec\n";
-    const std::string glued = file("glued.spec", text + "to: Wing L1\nfrom: WingL0.5\n");
-    EXPECT_EXIT(manage_gridgen_input(glued.c_str()), testing::ExitedWithCode(1),
-                "^\nError: Incorrect body name 'Win'\n$");
+    std::string glued = "Start Body Definitions\nNew Body\nname: Wing\ntype: XcutPlanes\n";
+    glued += "Points File: " + wing + "\n#\nEnd Body Definitions\nBody Y-GridSpec\nNew GridSpec\n";
+    const std::pair<std::string, const char*> rows[] = {
+        {"/nonexistent-dir/none.spec", "^ERROR: File not found\n$"},
+        {file("unknown.spec", "Body Z-GridSpec\nNew GridSpec\nin: Nope\n#\nEnd Z-Grid Spec\n"),
+         "^\nError: Incorrect body name 'Nope'\n$"},
+        {file("glued.spec", glued + "to: Wing L1\nfrom: WingL0.5\n"),
+         "^\nError: Incorrect body name 'Win'\n$"}};
+    for (const auto& [path, message] : rows)
+        EXPECT_EXIT(manage_gridgen_input(path.c_str()), testing::ExitedWithCode(1), message);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // Tests of genXYZgdsFromSpecs: common symmetric patterns and the discard limits.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <vector>
 
 #include "gdtest_util.h"
@@ -16,9 +15,8 @@ TEST_F(GenXYZ, CommonSymmetrySharesOnePatternAboutEachLinesPlane) {
     // 5 in the common frame. Common: folded pieces [0,4] with 4 cells and [4,5] with 5 cells,
     // reflected about 5. Z has its own 2 cells over [0,2].
     static BdyGdspc xs[] = {spec(0, 10, 10)}, ys[] = {spec(14, 16, 10)}, zs[] = {spec(0, 2, 2)};
-    set_specs(&Xgdln, xs, 1);
-    set_specs(&Ygdln, ys, 1);
-    set_specs(&Zgdln, zs, 1);
+    for (auto [line, specs] : {std::pair{&Xgdln, xs}, {&Ygdln, ys}, {&Zgdln, zs}})
+        set_specs(line, specs, 1);
     Xgdln.hasSymm = Ygdln.hasSymm = 1;
     Xgdln.commonSymm = Ygdln.commonSymm = 1;
     Xgdln.symmPosn = 5;
@@ -37,9 +35,8 @@ TEST_F(GenXYZ, CommonSymmetrySharesOnePatternAboutEachLinesPlane) {
 TEST_F(GenXYZ, DiscardLimitsBecomeGridPointsAndCutTheLine) {
     // 10 cells over [0,10] cut at 2.5 and 7.5: the middle piece has 5 cells of width 1.
     static BdyGdspc xs[] = {spec(0, 10, 10)}, ys[] = {spec(0, 4, 4)}, zs[] = {spec(0, 4, 4)};
-    set_specs(&Xgdln, xs, 1);
-    set_specs(&Ygdln, ys, 1);
-    set_specs(&Zgdln, zs, 1);
+    for (auto [line, specs] : {std::pair{&Xgdln, xs}, {&Ygdln, ys}, {&Zgdln, zs}})
+        set_specs(line, specs, 1);
     Xgdln.discardBelow = 2.5;
     Xgdln.discardAfter = 7.5;
     // A limit beyond the specs extends the line to it, and only that point stays.
