@@ -58,8 +58,8 @@ TEST(LinkManager, AttachingToAnotherProcesssLink) {
 // The layout is a contract with the front end: slot stamps, then 4,616-byte blocks from 400.
 TEST(LinkManager, RegionLayoutAndPermissions) {
     TestRegion region("layout");
-    LinkPeer peer(region.strName, "start create 16 5 wait shutdown");
-    ASSERT_EQ(peer.Read(3), "1\n1 0\nwaiting\n");
+    LinkPeer peer(region.strName, "start create 16 5 create 8 2 wait shutdown");
+    ASSERT_EQ(peer.Read(4), "1\n1 0\n1 1\nwaiting\n");
     const std::string shm = "/dev/shm/" + region.strName, sem = "/dev/shm/sem." + region.strName;
     EXPECT_EQ(fs::status(shm).permissions(), fs::perms(0600));
     EXPECT_EQ(fs::status(sem).permissions(), fs::perms(0600));
@@ -67,16 +67,17 @@ TEST(LinkManager, RegionLayoutAndPermissions) {
     RegionView view(region.strName);
     EXPECT_NEAR(static_cast<double>(*view.Slot(0)), static_cast<double>(std::time(nullptr)), 2.0);
     EXPECT_EQ(*view.Slot(1), 0);
-    const unsigned char* block = view.Block(0);
-    // Attach count 1, then the size 16 as two little-endian bytes, then the key at 16.
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(block), 3), std::string("\1\20\0", 3));
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(block + 16)), "kkkkk");
-    EXPECT_EQ(view.Block(1)[0], 0);
+    // Each block: attach count 1, then the size as two little-endian bytes, then the key at 16.
+    const std::string heads[] = {std::string("\1\20\0kkkkk", 8), std::string("\1\10\0kk", 5)};
+    for (int id : {0, 1}) {
+        const char* block = reinterpret_cast<const char*>(view.Block(id));
+        EXPECT_EQ(std::string(block, 3) + (block + 16), heads[id]) << "block " << id;
+    }
     peer.Go();
     EXPECT_EQ(peer.Read(), "go\ndown\n");
-    // Shutdown frees the slot and the block, and leaves both objects in place.
+    // Shutdown frees the slot and the blocks, and leaves both objects in place.
     EXPECT_EQ(*view.Slot(0), 0);
-    EXPECT_EQ(view.Block(0)[0], 0);
+    EXPECT_EQ(view.Block(0)[0] + view.Block(1)[0], 0);
     EXPECT_TRUE(PathExists(shm) && PathExists(sem));
 }
 
