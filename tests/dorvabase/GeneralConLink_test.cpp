@@ -9,11 +9,9 @@
 // loses none, and each field ends at its last value.
 TEST(GeneralConLink, TwoProcessesSettingDifferentFieldsLoseNoUpdate) {
     TestRegion region("race");
-    LinkPeer parent(region.Name(), {"start", "conparent", "await", "loop", "state", "100000",
-                                    "wait", "report", "shutdown"});
+    LinkPeer parent(region.strName, "start conparent await loop state 100000 wait report shutdown");
     ASSERT_EQ(parent.Read(2), "1\n1 0\n");
-    LinkPeer worker(region.Name(),
-                    {"start", "conattach", "0", "flag", "loop", "progress", "100000", "shutdown"});
+    LinkPeer worker(region.strName, "start conattach 0 flag loop progress 100000 shutdown");
     EXPECT_EQ(worker.Read(), "1\n1 0\n1\nok\ndown\n");
     EXPECT_EQ(parent.Read(3), "flagged\nok\nwaiting\n");
     parent.Go();

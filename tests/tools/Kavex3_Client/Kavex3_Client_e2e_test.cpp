@@ -27,11 +27,10 @@ struct ClientRun {
     // Runs the client from the run directory. After 20 s, should it still run, the layer file
     // gets a writer, which releases a generator waiting on a pipe there.
     RunResult Run(std::vector<std::string> arguments, bool blnFull = true) {
-        if (blnFull) {
+        if (blnFull)
             arguments.insert(arguments.end(),
                              {"-Grid", dir / "block.Grid", "-SlvrRot", dir / "block.SlvrRot",
                               "-pth", dir.Path(), "-worker", KAVEX_GRIDGEN_EXE});
-        }
         return RunProgram(KAVEX3_CLIENT_EXE, arguments, dir.Path(), [&](double seconds) {
             if (seconds < 20) return;
             m_blnReleased = true;
