@@ -57,6 +57,7 @@ struct RunFiles {
 // log; the mesh library's exceptions are not standard ones, so their text is added here the way
 // the runtime adds the text of a standard exception.
 [[noreturn]] static void TerminateWithText() {
+    LeaveLink();
     std::type_info* type = abi::__cxa_current_exception_type();
     if (type == nullptr) {
         std::fputs("terminate called without an active exception\n", stderr);

@@ -59,6 +59,7 @@ bool StartLink() {
         return false;
     }
     s_blnLinked = true;
+    std::atexit(LeaveLink);
     return true;
 }
 
@@ -85,6 +86,19 @@ void* stop_check_thread(void*) {
         pthread_mutex_unlock(&g_mutex);
         Dorva::PortableSleep(3);
     }
+}
+
+// The stop check takes the link manager's semaphore in each look at the link. A process that ends
+// while it does so leaves the semaphore taken, and every process of this user then waits on it for
+// good; g_mutex keeps the check out of the link from here to the end of the process.
+void LeaveLink() {
+    if (!s_blnLinked) return;
+    s_blnLinked = false;
+    pthread_mutex_lock(&g_mutex);
+    g_checkForStop = false;
+    delete g_controllerLink;
+    g_controllerLink = nullptr;
+    Dorva::LinkManager::Shutdown();
 }
 
 void EndLink(bool blnReportSuccess) {

@@ -26,3 +26,8 @@ void* stop_check_thread(void*);
 // End of a linked run: stops and joins stop_check_thread (up to 3 seconds), reports successful
 // completion when asked, and takes the link down. Nothing for a run without a link.
 void EndLink(bool blnReportSuccess);
+
+// End of a linked run that fails (registered with atexit by StartLink, called before an abort):
+// leaves the link without reporting success and ends the stop check for the rest of the process.
+// Nothing when the link is already down or the run has none.
+void LeaveLink();

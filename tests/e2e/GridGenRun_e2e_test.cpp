@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "LinkPeer.h"
 #include "RunGridGen.h"
 
 namespace {
@@ -131,4 +132,22 @@ TEST(GridGenRun, UnreadableSurfaceBodyEndsTheProcessByItsException) {
         (run / "missing.stl") + ". Failed in ";
     EXPECT_EQ(run.Log(".err").substr(0, head.size()), head);
     EXPECT_TRUE(PathExists(run / "temp.Grid") && PathExists(run / "temp.SlvrRot"));
+}
+
+// The fault: a linked run that failed while its stop check was inside the link ended holding the
+// link manager's semaphore, and every later start-up in the user's region waited for good. A
+// failing linked run now leaves its link and the region before it ends.
+TEST(GridGenRun, FailingLinkedRunLeavesItsLink) {
+    CutProjectRun run;
+    std::remove((run / "1-x.cut").c_str());
+    LinkPeer parent("-", "start conparent wait shutdown");
+    const std::string started = parent.Read(2);
+    ASSERT_EQ(started.rfind("1\n1 ", 0), 0u) << started;
+    const int id = std::stoi(started.substr(4));
+    std::vector<std::string> arguments = run.Arguments();
+    arguments.insert(arguments.end(), {"-linkid", std::to_string(id)});
+    EXPECT_EQ(run.Run(arguments).status, 1);
+    EXPECT_EQ(RegionView("DorvaLM1_" + Dorva::GetUsername()).Block(id)[0], 1);  // the parent's
+    parent.Go();
+    EXPECT_EQ(parent.Read(), "waiting\ngo\ndown\n");
 }
