@@ -354,6 +354,17 @@ LinkManager::Result LinkManager::CreateLink(std::uint64_t size, char* data, cons
     return NO_FREE_LINKS;
 }
 
+LinkManager::Result LinkManager::JoinLink(unsigned int id, std::uint64_t size, char* buffer) {
+    unsigned char* block = Block(id);
+    if (m_attachedLinks.count(id) != 0) return ALREADY_ATTACHED;
+    if (DataSize(block) != size) return INCORRECT_SIZE;
+    if (AttachCount(block) >= m_maxLinkAttachments) return TOO_MANY_ATTACHED;
+    ++block[0];
+    m_attachedLinks.insert(id);
+    if (size > 0) std::memcpy(buffer, block + kDataOffset, size);
+    return SUCCESS;
+}
+
 // The attached-set is read under control too, so that a process may attach and detach from
 // several threads; the checks keep their order all the same.
 LinkManager::Result LinkManager::AttachToLink(unsigned int id, std::string& key, std::uint64_t size,
@@ -371,16 +382,9 @@ LinkManager::Result LinkManager::AttachToLink(unsigned int id, std::string& key,
         result = DATA_TOO_BIG;
     } else if (AttachCount(block) == 0) {
         result = UNALLOCATED_LINK_ID;
-    } else if (DataSize(block) != size) {
-        result = INCORRECT_SIZE;
-    } else if (AttachCount(block) >= m_maxLinkAttachments) {
-        result = TOO_MANY_ATTACHED;
-    } else {
-        ++block[0];
-        m_attachedLinks.insert(id);
+    } else if ((result = JoinLink(id, size, buffer)) == SUCCESS) {
         std::memcpy(keyBuffer, block + kKeyOffset, m_maxKeyLength);
         keyBuffer[m_maxKeyLength - 1] = '\0';
-        if (size > 0) std::memcpy(buffer, block + kDataOffset, size);
     }
     ReleaseControl();
     if (result != SUCCESS) return result;
@@ -401,18 +405,7 @@ LinkManager::Result LinkManager::AttachToLink(const std::string& key, unsigned i
         unsigned char* block = Block(candidate);
         if (AttachCount(block) == 0 || std::strcmp(Key(block), key.c_str()) != 0) continue;
         id = candidate;
-        if (m_attachedLinks.count(candidate) != 0) {
-            result = ALREADY_ATTACHED;
-        } else if (DataSize(block) != size) {
-            result = INCORRECT_SIZE;
-        } else if (AttachCount(block) >= m_maxLinkAttachments) {
-            result = TOO_MANY_ATTACHED;
-        } else {
-            ++block[0];
-            m_attachedLinks.insert(candidate);
-            if (size > 0) std::memcpy(buffer, block + kDataOffset, size);
-            result = SUCCESS;
-        }
+        result = JoinLink(candidate, size, buffer);
         break;
     }
     ReleaseControl();

@@ -138,6 +138,8 @@ class LinkManager {
     // Common part of the record reads and writes: checks, then takes control. On success the
     // caller holds control and must release it.
     static Result TakeLinkForData(unsigned int id, std::uint64_t size, bool write);
+    // Under control: the checks both attachments share, then the attachment and a copy of the data.
+    static Result JoinLink(unsigned int id, std::uint64_t size, char* buffer);
 
     static std::string m_name;
     static std::atomic<bool> m_started;
