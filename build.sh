@@ -5,11 +5,12 @@
 #   ./build.sh slow      build, then run the slow tests only (CI runs them once)
 #   ./build.sh bench     build in Release, then run the benchmarks
 #   ./build.sh sanitize  build with ASan/UBSan, then run every test but the slow ones
+#   ./build.sh deps      only install what is missing
 set -euo pipefail
 cd "$(dirname "$0")"
 what=${1:-test}
 
-packages="cmake g++ make libboost-filesystem-dev libboost-system-dev libgtest-dev libgmock-dev libbenchmark-dev libpng-dev python3-meshio"
+packages="cmake g++ make python3 libboost-filesystem-dev libboost-system-dev libgtest-dev libgmock-dev libbenchmark-dev libpng-dev python3-meshio"
 missing=""
 for p in $packages; do
   dpkg -s "$p" >/dev/null 2>&1 || missing="$missing $p"
@@ -29,6 +30,8 @@ build() {  # build DIR [cmake options...]
 }
 
 case "$what" in
+  deps)
+    ;;
   example)
     build build
     examples/run.sh build/Kavex3_GridGen/Kavex3_GridGen
@@ -45,14 +48,15 @@ case "$what" in
     ;;
   bench)
     build build-release -DCMAKE_BUILD_TYPE=Release -DKAVEX_BUILD_TESTS=OFF
-    for b in build-release/bench/bench_*; do
-      [ "$(basename "$b")" = bench_worker ] && continue
+    bin=build-release/bench
+    for b in "$bin"/bench_*; do
+      case $(basename "$b") in bench_worker | bench_intersect) continue ;; esac
       [ -x "$b" ] && "$b"
     done
-    sphere=${PEER_CASES:-../shared/peers/cases}/sphere1m.stl
-    if [ -f "$sphere" ]; then
-      build-release/bench/bench_worker build-release/Kavex3_GridGen/Kavex3_GridGen "$sphere"
-    fi
+    # The surfaces and grids of the timed runs are made once, into the build folder.
+    python3 bench/make_cases.py "$bin/cases" 256
+    "$bin/bench_intersect" "$bin/cases/torus.stl" "$bin/cases/torus_256.grid"
+    "$bin/bench_worker" build-release/Kavex3_GridGen/Kavex3_GridGen "$bin/cases/sphere1m.stl"
     ;;
   sanitize)
     build build-asan -DKAVEX_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug
@@ -62,7 +66,7 @@ case "$what" in
         ctest --test-dir build-asan --output-on-failure -j "$jobs" -LE slow
     ;;
   *)
-    echo "usage: $0 example|test|slow|bench|sanitize" >&2
+    echo "usage: $0 example|test|slow|bench|sanitize|deps" >&2
     exit 2
     ;;
 esac

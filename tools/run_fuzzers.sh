@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the libFuzzer targets of the readers with clang in build-fuzz and runs each one for a
-# bounded time, seeded with the bundled examples and small files of the shared data.
+# bounded time, seeded with the bundled examples and the small public test files in tests/data.
 #   tools/run_fuzzers.sh [SECONDS_EACH] [TARGET...]   (default 60 seconds; mesh spec points layers)
 # Inputs that fail are kept as build-fuzz/findings/TARGET-*; the corpus grows in build-fuzz/corpus.
 set -euo pipefail
@@ -19,7 +19,7 @@ cmake -S . -B build-fuzz -DKAVEX_FUZZ=ON -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_CO
   -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKAVEX_BUILD_TESTS=OFF -DKAVEX_BUILD_BENCH=OFF >/dev/null
 nice -n 10 cmake --build build-fuzz -j2 --target $(printf 'fuzz_%s ' $targets)
 
-data="$root/../shared/data"
+data="$root/tests/data"
 seeds() {  # seeds TARGET: the files a target starts from
   case $1 in
     mesh) ls "$data"/stl/*.[sS][tT][lL] "$data"/plot3d/* 2>/dev/null |

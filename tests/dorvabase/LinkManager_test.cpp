@@ -108,6 +108,13 @@ TEST(LinkManager, RegionNameFollowsTheEffectiveUser) {
     EXPECT_EQ(RunPeer("-", "name"), "DorvaLM1_" + std::string(me->pw_name) + "\n");
 
     if (geteuid() != 0 || getpwnam("nobody") == nullptr) GTEST_SKIP() << "needs root and 'nobody'";
-    const std::string command = "runuser -u nobody -- " KAVEX_LINK_PEER " - name";
+    // 'nobody' may not reach the build folder (a clone in a home folder or under mktemp -d): the
+    // peer runs from a copy in a folder every user can enter.
+    ScratchDir staged;
+    const std::string peer = staged / "link_peer";
+    fs::copy_file(KAVEX_LINK_PEER, peer);
+    fs::permissions(staged.Path(), fs::owner_all | fs::group_read | fs::group_exe | fs::others_read |
+                                       fs::others_exe);
+    const std::string command = "runuser -u nobody -- " + peer + " - name";
     EXPECT_EQ(RunProgram("/bin/sh", {"-c", command}, "/").strStdout, "DorvaLM1_nobody\n");
 }

@@ -87,7 +87,7 @@ std::string Tail(const std::string& text, const std::string& from) {
     return at == std::string::npos ? "" : text.substr(at);
 }
 
-const std::string kCube = std::string(KAVEX_SHARED_DATA) + "/stl/unit_cube.STL";
+const std::string kCube = std::string(KAVEX_TEST_DATA) + "/stl/unit_cube.STL";
 const Box kUnitCube = {{-0.5, -0.5, -0.5}, {0.5, 0.5, 0.5}};
 
 Box Moved(Box b, double by, double scale = 1.0) {
@@ -179,7 +179,7 @@ TEST(FullPath, MadeBodies) {
 // body's box; the closed unit sphere blocks every cell inside radius 0.98 (its faces lie beyond)
 // and none wholly outside radius 1.
 TEST(FullPath, RealBodies) {
-    const std::string data = KAVEX_SHARED_DATA;
+    const std::string data = KAVEX_TEST_DATA;
     for (const auto& [type, file] : std::vector<std::pair<std::string, std::string>>{
              {"STL", "/stl/unit_sphere.STL"},
              {"STL", "/stl/blade.stl"},

@@ -142,7 +142,6 @@ TEST(FEL_reader, PublicPlot3dCorpusFormsZonesAndRefusals) {
     // read fails; 64-bit reals fit no form at all. Trial candidates end at Fortran unstructured in
     // the file's own order.
     const std::pair<const char*, unsigned> refused[] = {{"bluntfinxyz.bin", 0x100},
-                                                        {"combxyz.bin", 0x100},
                                                         {"postxyz.bin", 0x101},
                                                         {"multi-bin.xyz", 0}};
     for (const auto& [file, deduced] : refused) {

@@ -1,4 +1,4 @@
-// Helpers of the reader tests: files written byte for byte, the shared corpus, and what a
+// Helpers of the reader tests: files written byte for byte, the public test files in tests/data, and what a
 // read mesh holds.
 #pragma once
 
@@ -33,7 +33,7 @@ inline std::string le_float(float f) {
 }
 
 inline std::string corpus(const std::string& relative) {
-    return std::string(KAVEX_SHARED_DATA) + "/" + relative;
+    return std::string(KAVEX_TEST_DATA) + "/" + relative;
 }
 
 inline std::vector<int> dims_of(const FEL_pointer<FEL_mesh>& mesh) {

@@ -1,7 +1,7 @@
 """Kavex3_Inspect end to end: its VTK files read back by meshio (an independent reader), the body
 report on the corpus's STL files, and bad input.
 
-usage: inspect_test.py KAVEX3_INSPECT SHARED_DATA EXAMPLE_RUN_DIR
+usage: inspect_test.py KAVEX3_INSPECT TEST_DATA EXAMPLE_RUN_DIR
 """
 import os
 import shutil
