@@ -15,6 +15,7 @@
 #include <fstream>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -42,15 +43,21 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: %s WORKER BODY.stl [CORE_CELLS] [OUTER_CELLS]\n", argv[0]);
         return 2;
     }
+    // The worker runs in the run directory: both names are made absolute first.
+    char worker[4096], body[4096];
+    for (auto [name, path] : {std::make_pair(argv[1], worker), std::make_pair(argv[2], body)}) {
+        if (!realpath(name, path)) {
+            std::perror(name);
+            return 1;
+        }
+    }
     char pattern[] = "/tmp/bench_worker_XXXXXX";
     if (!mkdtemp(pattern)) return 1;
     const std::string dir = pattern;
-    std::ofstream(dir + "/bench.Grid") << Project(argv[2], argc > 3 ? std::atoi(argv[3]) : 200,
+    std::ofstream(dir + "/bench.Grid") << Project(body, argc > 3 ? std::atoi(argv[3]) : 200,
                                                   argc > 4 ? std::atoi(argv[4]) : 28);
     std::ofstream(dir + "/bench.SlvrRot") << "0\n";
 
-    char worker[4096];
-    if (!realpath(argv[1], worker)) return 1;
     const auto start = std::chrono::steady_clock::now();
     const pid_t pid = fork();
     if (pid == 0) {
