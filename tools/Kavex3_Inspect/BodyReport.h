@@ -6,6 +6,8 @@
 
 #include "InspectRun.h"
 
+struct BodyLeak;
+
 // Edge counts of a surface, over its merged vertices: an open edge has one triangle, a
 // non-manifold edge more than two; parts are sets of triangles joined through shared edges.
 struct SurfaceTopology {
@@ -16,5 +18,7 @@ struct SurfaceTopology {
 };
 SurfaceTopology TopologyOfSurface(const InspectSurface& surface);
 
-// The full report (to the report file) and a line per body (to the terminal).
-void WriteBodyReport(const InspectRun& run, std::ostream& osReport, std::ostream& osSummary);
+// The full report (to the report file) and a line per body (to the terminal), with each body's
+// leak check.
+void WriteBodyReport(const InspectRun& run, const std::vector<BodyLeak>& vecLeaks,
+                     std::ostream& osReport, std::ostream& osSummary);

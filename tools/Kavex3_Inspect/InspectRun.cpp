@@ -12,12 +12,12 @@
 #include <map>
 
 #include "FEL_exception.h"
-#include "FEL_matrix33.h"
 #include "FEL_tetrahedral_mesh.h"
-#include "FEL_transformed_mesh.h"
 #include "driver/DriverGlobals.h"
 #include "driver/ReadGridFile.h"
+#include "driver/translate.h"
 #include "generator/bodies.h"
+#include "intersector/convert.h"
 #include "readers/FEL_reader.h"
 
 namespace fs = std::filesystem;
@@ -104,6 +104,30 @@ void AddUnstructuredZone(const FEL_mesh& zone, CornerList& vecCorners) {
         zone.coordinates_at_cell(cell, corners);
         vecCorners.insert(vecCorners.end(), corners, corners + 3);
     }
+}
+
+// Per triangle of CornersOfMesh: kept by the run's triangulation (which keeps every triangle of a
+// structured zone).
+std::vector<bool> KeptOfMesh(const FEL_mesh& placed) {
+    std::vector<bool> vecKept;
+    for (int z = 0; z < placed.get_n_zones(); ++z) {
+        const FEL_pointer<FEL_mesh> pZone = placed.get_zone(z);
+        if (pZone.null()) continue;
+        if (pZone->is_structured_mesh()) {
+            int dims[3] = {0, 0, 0};
+            pZone->get_structured_dimensions(dims);
+            vecKept.resize(
+                vecKept.size() + 2 * size_t(std::max(dims[0] - 1, 0)) * std::max(dims[1] - 1, 0),
+                true);
+            continue;
+        }
+        const std::vector<bool> vecCells = KeptUnstructuredCells(pZone);
+        FEL_cell_iter iter;
+        size_t n = 0;
+        for (pZone->begin(&iter); !iter.done; ++iter, ++n)
+            if ((*iter).get_n_nodes() >= 3) vecKept.push_back(vecCells[n]);
+    }
+    return vecKept;
 }
 
 CornerList CornersOfMesh(const FEL_mesh& mesh) {
@@ -241,6 +265,9 @@ InspectSurface SurfaceOfMesh(const FEL_mesh& mesh, const FEL_mesh& placed) {
         if (result.second) surface.vecPoints.push_back(vecPlaced[n]);
         surface.vecTriangles[n / 3][n % 3] = result.first->second;
     }
+    surface.vecKept = KeptOfMesh(placed);
+    if (surface.vecKept.size() != surface.vecTriangles.size())  // a cut body: no triangulation
+        surface.vecKept.assign(surface.vecTriangles.size(), true);
     return surface;
 }
 
@@ -295,16 +322,11 @@ InspectRun LoadInspectRun(const std::string& strRunDir, const std::string& strPr
                                ", " + std::to_string(v3i.y) + ", " + std::to_string(v3i.z) +
                                " lies outside the grid");
 
-    // No translation file means no transformation at all, as in the run.
+    // No translation file means no transformation at all, as in the run, which also places the
+    // bodies below.
     std::ifstream ifsShift(strRunDir + "/Lcl2Gbl.dat");
-    FEL_vector3<float> v3fScale = run.v3fConversion;
-    if (!(ifsShift >> run.v3fTranslation.x >> run.v3fTranslation.y >> run.v3fTranslation.z)) {
+    if (!(ifsShift >> run.v3fTranslation.x >> run.v3fTranslation.y >> run.v3fTranslation.z))
         run.v3fTranslation = FEL_vector3<float>(0, 0, 0);
-        v3fScale = FEL_vector3<float>(1, 1, 1);
-    }
-    const FEL_matrix33<float> m33Scale(FEL_vector3<float>(v3fScale.x, 0, 0),
-                                       FEL_vector3<float>(0, v3fScale.y, 0),
-                                       FEL_vector3<float>(0, 0, v3fScale.z));
 
     for (_BodyStruct& body : vecBodies) {
         InspectBody inspectBody;
@@ -325,10 +347,9 @@ InspectRun LoadInspectRun(const std::string& strRunDir, const std::string& strPr
             throw InspectError(inspectBody.strFile + ": unreadable body file (" + e.what() + ")");
         }
         if (body.pMesh.null()) throw InspectError(inspectBody.strFile + ": unreadable body file");
-        FEL_pointer<FEL_mesh> pPlaced(new FEL_rotated_mesh(body.pMesh, m33Scale, "rotated_mesh"));
-        pPlaced = FEL_pointer<FEL_mesh>(
-            new FEL_translated_mesh(pPlaced, run.v3fTranslation, "translated_mesh"));
-        inspectBody.surface = SurfaceOfMesh(*body.pMesh, *pPlaced);
+        std::vector<_BodyStruct> vecPlaced(1, body);
+        TranslateToGlobal(vecPlaced, run.v3fConversion, strRunDir);
+        inspectBody.surface = SurfaceOfMesh(*body.pMesh, *vecPlaced[0].pMesh);
         inspectBody.body = body;
         run.vecBodies.push_back(std::move(inspectBody));
     }

@@ -21,6 +21,7 @@ class InspectError : public std::runtime_error {
 struct InspectSurface {
     std::vector<FEL_vector3<float>> vecPoints;
     std::vector<std::array<int, 3>> vecTriangles;
+    std::vector<bool> vecKept;  // per triangle: whether the run's triangulation keeps it
 };
 
 struct InspectBody {
@@ -59,5 +60,6 @@ int CellOfCoordinate(const std::vector<float>& vecAxis, double dbl, bool blnUppe
 
 // Surface of a mesh (every zone: the triangles of unstructured zones, the last plane of
 // structured ones split into two triangles a quadrilateral), with the vertices of placed: the same
-// mesh wrapped in transformations.
+// mesh wrapped in transformations. A triangle is kept as the run's triangulation of placed keeps
+// it.
 InspectSurface SurfaceOfMesh(const FEL_mesh& mesh, const FEL_mesh& placed);

@@ -6,6 +6,7 @@
 #include "BodyReport.h"
 #include "InspectRun.h"
 #include "InspectVtk.h"
+#include "LeakCheck.h"
 #include "SlicePicture.h"
 
 namespace fs = std::filesystem;
@@ -42,6 +43,7 @@ int main(int argc, char** argv) {
     }
     try {
         const InspectRun run = LoadInspectRun(vecPositional[0], vecPositional[1]);
+        const std::vector<BodyLeak> vecLeaks = CheckLeaks(run);
         std::vector<SlicePlane> vecSlices;
         for (const std::string& strPlane : vecPlanes)
             vecSlices.push_back(ParseSlicePlane(run, strPlane));
@@ -65,7 +67,7 @@ int main(int argc, char** argv) {
             }
         const std::string strReport = strOutDir + "/bodies.txt";
         std::ofstream ofsReport(strReport);
-        WriteBodyReport(run, ofsReport, std::cout);
+        WriteBodyReport(run, vecLeaks, ofsReport, std::cout);
         ofsReport.close();
         if (!ofsReport) throw InspectError(strReport + ": cannot write");
         vecWritten.push_back("bodies.txt");
