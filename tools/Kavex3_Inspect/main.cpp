@@ -59,7 +59,7 @@ int main(int argc, char** argv) {
             throw InspectError(strOutDir + ": cannot create the output folder");
 
         std::vector<std::string> vecWritten =
-            WriteInspectVtk(run, strOutDir, fpRun.filename().string());
+            WriteInspectVtk(run, vecLeaks, strOutDir, fpRun.filename().string());
         if (blnPictures)
             for (const SlicePlane& plane : vecSlices) {
                 vecWritten.push_back(SliceFileName(plane));
