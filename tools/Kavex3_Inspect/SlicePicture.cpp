@@ -17,7 +17,7 @@ const int s_intMargin = 20;
 const int s_intPictureSide = 800;  // the longer side of the grid's picture, in pixels
 const int s_intGlyphScale = 2;
 const int s_intLineHeight = 9 * s_intGlyphScale;
-const int s_intLegendLines = 3;
+const int s_intLegendLines = 4;
 const int s_intMinLineGap = 6;  // grid lines closer than this to the last one drawn are dropped
 
 const unsigned char s_rgbWhite[3] = {255, 255, 255};
@@ -201,7 +201,17 @@ std::string SliceFileName(const SlicePlane& plane) {
            ".png";
 }
 
-void WriteSlicePicture(const InspectRun& run, const SlicePlane& plane, const std::string& strPath) {
+SlicePlane LeakSlicePlane(const BodyLeak& leak) {
+    const auto& last = leak.vecPath.back();
+    const auto& before = leak.vecPath[leak.vecPath.size() >= 2 ? leak.vecPath.size() - 2 : 0];
+    int intStep = 0;
+    while (intStep < 2 && before[intStep] == last[intStep]) ++intStep;
+    const int intAxis = (intStep + 1) % 3;
+    return SlicePlane{intAxis, last[intAxis]};
+}
+
+void WriteSlicePicture(const InspectRun& run, const std::vector<BodyLeak>& vecLeaks,
+                       const SlicePlane& plane, const std::string& strPath) {
     const SliceView view(run, plane);
     const int a = plane.intAxis, u = view.AxisU(), v = view.AxisV();
     const std::vector<float>& vecU = run.vecAxes[u];
@@ -221,10 +231,22 @@ void WriteSlicePicture(const InspectRun& run, const SlicePlane& plane, const std
         vecBlocked[static_cast<size_t>(idx[v]) * run.Cells(u) + idx[u]] = 1;
         ++intHere;
     }
+    // Leaked cells over blocked ones (they never are both), the paths over all.
+    long intLeakedHere = 0;
+    auto mark = [&](const std::vector<std::array<int, 3>>& vecCells, char chKind) {
+        for (const auto& cell : vecCells)
+            if (cell[a] == plane.intCell) {
+                vecBlocked[static_cast<size_t>(cell[v]) * run.Cells(u) + cell[u]] = chKind;
+                intLeakedHere += chKind == 2;
+            }
+    };
+    for (const BodyLeak& leak : vecLeaks) mark(leak.vecLeaked, 2);
+    for (const BodyLeak& leak : vecLeaks) mark(leak.vecPath, 3);
     const std::string strLine2 =
         "GRID " + std::to_string(run.Cells(0)) + " X " + std::to_string(run.Cells(1)) + " X " +
         std::to_string(run.Cells(2)) + " CELLS, " + std::to_string(run.vecBlocked.size()) +
-        " BLOCKED, " + std::to_string(intHere) + " IN THIS PLANE";
+        " BLOCKED, " + std::to_string(intHere) + " IN THIS PLANE" +
+        (intLeakedHere ? ", " + std::to_string(intLeakedHere) + " LEAKED" : "");
     bool blnThinned = false;
     std::vector<int> vecColumns, vecRows;
     for (float f : vecU) vecColumns.push_back(view.Column(f));
@@ -241,11 +263,13 @@ void WriteSlicePicture(const InspectRun& run, const SlicePlane& plane, const std
     Canvas canvas(std::max(view.Width(), intLegendWidth),
                   view.Height() + s_intLegendLines * s_intLineHeight + s_intMargin);
 
+    const unsigned char* const rgbKind[4] = {nullptr, g_rgbBlockedFill, g_rgbLeakedFill,
+                                             g_rgbLeakPath};
     for (int j = 0; j < run.Cells(v); ++j)
         for (int i = 0; i < run.Cells(u); ++i)
-            if (vecBlocked[static_cast<size_t>(j) * run.Cells(u) + i])
+            if (const char chKind = vecBlocked[static_cast<size_t>(j) * run.Cells(u) + i])
                 canvas.Fill(view.Column(vecU[i]), view.Row(vecV[j + 1]), view.Column(vecU[i + 1]),
-                            view.Row(vecV[j]), g_rgbBlockedFill);
+                            view.Row(vecV[j]), rgbKind[int(chKind)]);
 
     // Grid lines, one pixel wide, darker over blocked cells so that their cells stay countable.
     auto gridLine = [&](int x0, int y0, int x1, int y1) {
@@ -291,5 +315,10 @@ void WriteSlicePicture(const InspectRun& run, const SlicePlane& plane, const std
     x = canvas.Text(x + 20, y2, "BLOCKED CELL", s_rgbText) + 24;
     canvas.Fill(x, y2 + 6, x + 14, y2 + 9, g_rgbBodyOutline);
     canvas.Text(x + 20, y2, strLine3, s_rgbText);
+    const int y3 = y2 + s_intLineHeight;
+    canvas.Fill(s_intMargin, y3, s_intMargin + 14, y3 + 14, g_rgbLeakedFill);
+    x = canvas.Text(s_intMargin + 20, y3, "LEAKED CELL", s_rgbText) + 24;
+    canvas.Fill(x, y3, x + 14, y3 + 14, g_rgbLeakPath);
+    canvas.Text(x + 20, y3, "LEAK PATH", s_rgbText);
     canvas.WritePng(strPath);
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "InspectRun.h"
+#include "LeakCheck.h"
 
 // One cell layer: the cells with index intCell (0-based) on axis intAxis (0 X, 1 Y, 2 Z).
 struct SlicePlane {
@@ -43,11 +44,18 @@ class SliceView {
 // Colours of the picture, RGB.
 const unsigned char g_rgbBlockedFill[3] = {70, 110, 180};
 const unsigned char g_rgbBodyOutline[3] = {215, 40, 30};
+const unsigned char g_rgbLeakedFill[3] = {245, 170, 60};
+const unsigned char g_rgbLeakPath[3] = {40, 170, 70};
 
 // Draws the plane: grid lines (thinned where cells get small), blocked cells filled, each body's
 // cut outline over them, and a legend of the plane and the counts below. Writes it as a PNG;
 // throws InspectError when the file can't be written.
-void WriteSlicePicture(const InspectRun& run, const SlicePlane& plane, const std::string& strPath);
+// Leaked cells and leak paths of vecLeaks are filled in their own colours.
+void WriteSlicePicture(const InspectRun& run, const std::vector<BodyLeak>& vecLeaks,
+                       const SlicePlane& plane, const std::string& strPath);
+
+// The plane through the last step of a leak path: normal to the axis after the step's own.
+SlicePlane LeakSlicePlane(const BodyLeak& leak);
 
 // The file name of a plane's picture: "slice_K11.png" for the 1-based index 11 normal to Z.
 std::string SliceFileName(const SlicePlane& plane);

@@ -18,7 +18,8 @@ static const char* const s_szUsage =
     "  run). RUN_DIR itself is not changed.\n"
     "  --plane P   a slice picture of plane P: i=N, j=N or k=N for the cell layer N (1-based,\n"
     "              as in the solver's files), x=V, y=V or z=V for the layer holding V. Without\n"
-    "              it: the middle layer normal to each axis.\n";
+    "              it: the middle layer normal to each axis, and for each body that the fill\n"
+    "              got into, the layer through the last step of its leak path.\n";
 
 int main(int argc, char** argv) {
     std::vector<std::string> vecArgs(argv + 1, argv + argc), vecPositional, vecPlanes;
@@ -47,8 +48,11 @@ int main(int argc, char** argv) {
         std::vector<SlicePlane> vecSlices;
         for (const std::string& strPlane : vecPlanes)
             vecSlices.push_back(ParseSlicePlane(run, strPlane));
-        if (vecSlices.empty())
+        if (vecSlices.empty()) {
             for (int a = 0; a < 3; ++a) vecSlices.push_back(MiddleSlicePlane(run, a));
+            for (const BodyLeak& leak : vecLeaks)
+                if (!leak.vecPath.empty()) vecSlices.push_back(LeakSlicePlane(leak));
+        }
 
         fs::path fpRun = fs::absolute(vecPositional[0]).lexically_normal();
         if (fpRun.filename().empty()) fpRun = fpRun.parent_path();
@@ -63,7 +67,7 @@ int main(int argc, char** argv) {
         if (blnPictures)
             for (const SlicePlane& plane : vecSlices) {
                 vecWritten.push_back(SliceFileName(plane));
-                WriteSlicePicture(run, plane, strOutDir + "/" + vecWritten.back());
+                WriteSlicePicture(run, vecLeaks, plane, strOutDir + "/" + vecWritten.back());
             }
         const std::string strReport = strOutDir + "/bodies.txt";
         std::ofstream ofsReport(strReport);

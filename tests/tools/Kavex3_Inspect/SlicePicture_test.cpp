@@ -25,11 +25,14 @@ InspectRun TinyRun() {
     return run;
 }
 
-TEST(SlicePicture, BlockedCellFilledInTheDecodedPicture) {
+TEST(SlicePicture, BlockedLeakedAndPathCellsFilledInTheDecodedPicture) {
     const ScratchDir dir;
     const InspectRun run = TinyRun();
     const SlicePlane plane = ParseSlicePlane(run, "k=2");
-    WriteSlicePicture(run, plane, dir / SliceFileName(plane));
+    std::vector<BodyLeak> vecLeaks(1);  // cell {3, 1, 2} leaked, reached by way of {4, 1, 2}
+    vecLeaks[0].vecLeaked = {{2, 0, 1}};
+    vecLeaks[0].vecPath = {{3, 0, 1}, {2, 0, 1}};
+    WriteSlicePicture(run, vecLeaks, plane, dir / SliceFileName(plane));
     png_image png{};
     png.version = PNG_IMAGE_VERSION;
     ASSERT_TRUE(png_image_begin_read_from_file(&png, (dir / "slice_K2.png").c_str()))
@@ -46,11 +49,13 @@ TEST(SlicePicture, BlockedCellFilledInTheDecodedPicture) {
         return std::vector<int>(rgb.begin() + at, rgb.begin() + at + 3);
     };
     EXPECT_EQ(pixel(3, 0.5), std::vector<int>(g_rgbBlockedFill, g_rgbBlockedFill + 3));
-    EXPECT_EQ(pixel(5, 0.5), std::vector<int>(3, 255));
+    EXPECT_EQ(pixel(5, 0.5), std::vector<int>(g_rgbLeakPath, g_rgbLeakPath + 3));
+    EXPECT_EQ(pixel(7, 0.5), std::vector<int>(g_rgbLeakPath, g_rgbLeakPath + 3));
+    EXPECT_EQ(pixel(5, 1.5), std::vector<int>(3, 255));
 }
 
 TEST(SlicePicture, UnwritableFileNamesThePath) {
-    EXPECT_THROW(WriteSlicePicture(TinyRun(), SlicePlane{2, 1}, "/nonexistent/slice.png"),
+    EXPECT_THROW(WriteSlicePicture(TinyRun(), {}, SlicePlane{2, 1}, "/nonexistent/slice.png"),
                  InspectError);
 }
 
