@@ -12,25 +12,28 @@
 namespace fs = std::filesystem;
 
 static const char* const s_szUsage =
-    "usage: Kavex3_Inspect RUN_DIR PROJECT [--out DIR] [--plane P]... [--no-pictures]\n"
+    "usage: Kavex3_Inspect RUN_DIR PROJECT [--out DIR] [--plane P]... [--whole] [--no-pictures]\n"
     "  Reads the finished run in RUN_DIR and the project that produced it, and writes ParaView\n"
     "  files, slice pictures and a body report into DIR (default: RUN_DIR_inspect, beside the\n"
     "  run). RUN_DIR itself is not changed.\n"
     "  --plane P   a slice picture of plane P: i=N, j=N or k=N for the cell layer N (1-based,\n"
     "              as in the solver's files), x=V, y=V or z=V for the layer holding V. Without\n"
     "              it: the middle layer normal to each axis, and for each body that the fill\n"
-    "              got into, the layer through the last step of its leak path.\n";
+    "              got into, the layer through the last step of its leak path.\n"
+    "  --whole     pictures of the whole plane, not of the bodies' extent with a margin.\n";
 
 int main(int argc, char** argv) {
     std::vector<std::string> vecArgs(argv + 1, argv + argc), vecPositional, vecPlanes;
     std::string strOutDir;
-    bool blnPictures = true;
+    bool blnPictures = true, blnWhole = false;
     for (size_t n = 0; n < vecArgs.size(); ++n) {
         const std::string& strArg = vecArgs[n];
         if ((strArg == "--out" || strArg == "--plane") && n + 1 < vecArgs.size()) {
             (strArg == "--out" ? strOutDir : vecPlanes.emplace_back()) = vecArgs[++n];
         } else if (strArg == "--no-pictures") {
             blnPictures = false;
+        } else if (strArg == "--whole") {
+            blnWhole = true;
         } else if (strArg.rfind("-", 0) == 0 || vecPositional.size() == 2) {
             std::cerr << s_szUsage;
             return 2;
@@ -67,7 +70,8 @@ int main(int argc, char** argv) {
         if (blnPictures)
             for (const SlicePlane& plane : vecSlices) {
                 vecWritten.push_back(SliceFileName(plane));
-                WriteSlicePicture(run, vecLeaks, plane, strOutDir + "/" + vecWritten.back());
+                WriteSlicePicture(run, vecLeaks, plane, strOutDir + "/" + vecWritten.back(),
+                                  blnWhole);
             }
         const std::string strReport = strOutDir + "/bodies.txt";
         std::ofstream ofsReport(strReport);
