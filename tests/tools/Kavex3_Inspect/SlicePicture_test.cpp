@@ -59,6 +59,24 @@ TEST(SlicePicture, UnwritableFileNamesThePath) {
                  InspectError);
 }
 
+TEST(SliceView, BodiesExtentWithAMarginOrTheWholePlane) {
+    // A body from (3, 0.5, 0.5) to (5, 1.5, 1.5): in plane K its box widened by a quarter of its
+    // extent (2) on each side, cut to the grid; with blnWhole the grid's 0..8 by 0..2.
+    InspectRun run = TinyRun();
+    run.vecBodies.emplace_back();
+    run.vecBodies[0].surface.vecPoints = {{3, 0.5f, 0.5f}, {5, 1.5f, 1.5f}};
+    const SliceView view(run, SlicePlane{2, 1}, false), whole(run, SlicePlane{2, 1}, true);
+    EXPECT_EQ(std::vector<double>({view.Low(0), view.High(0), view.Low(1), view.High(1)}),
+              std::vector<double>({2.5, 5.5, 0, 2}));
+    EXPECT_EQ(std::vector<double>({whole.Low(0), whole.High(0), whole.Low(1), whole.High(1)}),
+              std::vector<double>({0, 8, 0, 2}));
+    // A thin domain, 8 by 0.02: its short side widened towards 200 pixels as far as its long side
+    // may grow, to 4000.
+    run.vecAxes[1] = {0, 0.02f};
+    const SliceView thin(run, SlicePlane{2, 1});
+    EXPECT_NEAR(thin.Scale(), 500, 1e-9);
+}
+
 TEST(SlicePicture, PlanesByIndexOrCoordinate) {
     const InspectRun run = TinyRun();
     const std::tuple<const char*, int, int> accepted[] = {
