@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -17,6 +18,7 @@
 #include "driver/ReadGridFile.h"
 #include "driver/translate.h"
 #include "generator/bodies.h"
+#include "generator/readFileC.h"
 #include "intersector/convert.h"
 #include "readers/FEL_reader.h"
 
@@ -25,6 +27,62 @@ namespace fs = std::filesystem;
 static bool IsFile(const std::string& strPath) {
     std::error_code ec;
     return fs::is_regular_file(strPath, ec);
+}
+
+std::vector<InspectRotor> ReadRotors(const std::string& strProject,
+                                     const FEL_vector3<float>& v3fScale,
+                                     const FEL_vector3<float>& v3fTranslation) {
+    std::ifstream in(strProject);
+    if (!in) throw InspectError(strProject + ": cannot open the project file");
+    struct Disc {
+        int intAxis;
+        Rotor rotor;
+    };
+    std::vector<Disc> vecDiscs;
+    static const char* const s_szTypes[3] = {"X-Plane Rotor", "Y-Plane Rotor", "Z-Plane Rotor"};
+    for (std::string strLine; std::getline(in, strLine);) {
+        auto value = [&](const char* szKey) {  // the text behind szKey, or null
+            int intFound = 0;
+            const char* szValue = getSubstring(strLine.c_str(), szKey, &intFound);
+            return intFound ? szValue : nullptr;
+        };
+        if (const char* szType = value("type: ")) {
+            for (int a = 0; a < 3; ++a)
+                if (std::strstr(szType, s_szTypes[a])) {
+                    vecDiscs.push_back(Disc{a, Rotor{}});
+                    init_rotor(&vecDiscs.back().rotor);
+                }
+            continue;
+        }
+        if (vecDiscs.empty()) continue;
+        Rotor& rotor = vecDiscs.back().rotor;
+        if (const char* szCentre = value("center: "))
+            std::sscanf(szCentre, "(%lf,%lf,%lf)", &rotor.center[0], &rotor.center[1],
+                        &rotor.center[2]);
+        else if (const char* szRadius = value("radius: "))
+            rotor.radius = std::atof(szRadius);
+        else if (const char* szThickness = value("half thickness: "))
+            rotor.thickness = std::atof(szThickness);
+        else if (const char* szAbsolute = value("Is Absolute Thickness: "))
+            rotor.isAbsThickness = std::strstr(szAbsolute, "True") != nullptr;
+    }
+    std::vector<InspectRotor> vecRotors;
+    for (const Disc& disc : vecDiscs) {
+        const Rotor& r = disc.rotor;
+        if (r.radius == UNSET_DBL || r.center[0] == UNSET_DBL || r.center[1] == UNSET_DBL ||
+            r.center[2] == UNSET_DBL)
+            continue;
+        InspectRotor rotor;
+        rotor.intAxis = disc.intAxis;
+        for (int a = 0; a < 3; ++a)
+            rotor.v3fCentre[a] = static_cast<float>(r.center[a] * v3fScale[a] + v3fTranslation[a]);
+        rotor.dblRadius = r.radius * v3fScale.x;
+        const double dblThickness = r.thickness == UNSET_DBL ? 0 : r.thickness;
+        rotor.dblHalfThickness =
+            r.isAbsThickness ? dblThickness * v3fScale.z : dblThickness * rotor.dblRadius;
+        vecRotors.push_back(rotor);
+    }
+    return vecRotors;
 }
 
 bool ReadBodyCellList(const std::string& strFile, std::vector<FEL_vector3<int>>& vecCells) {
@@ -328,6 +386,7 @@ InspectRun LoadInspectRun(const std::string& strRunDir, const std::string& strPr
     if (!(ifsShift >> run.v3fTranslation.x >> run.v3fTranslation.y >> run.v3fTranslation.z))
         run.v3fTranslation = FEL_vector3<float>(0, 0, 0);
 
+    run.vecRotors = ReadRotors(strProject, run.v3fConversion, run.v3fTranslation);
     for (_BodyStruct& body : vecBodies) {
         InspectBody inspectBody;
         const bool blnCut = body.eBodyType <= BODY_ZCUT;

@@ -25,7 +25,7 @@ const int s_intTickGap = 100;         // pixels between coordinate marks, about
 const double s_dblBodyMargin = 0.25;  // of the bodies' extent, around it in the default view
 const int s_intGlyphScale = 2;
 const int s_intLineHeight = 9 * s_intGlyphScale;
-const int s_intLegendLines = 4;
+const int s_intLegendLines = 5;
 const int s_intMinLineGap = 6;  // grid lines closer than this to the last one drawn are dropped
 
 const unsigned char s_rgbWhite[3] = {255, 255, 255};
@@ -139,13 +139,22 @@ bool BodiesBox(const InspectRun& run, const int* axes, double dblBox[2][2]) {
         dblBox[s][0] = HUGE_VAL;
         dblBox[s][1] = -HUGE_VAL;
     }
+    auto add = [&](double u, double v) {
+        blnAny = true;
+        for (int s = 0; s < 2; ++s) {
+            dblBox[s][0] = std::min(dblBox[s][0], s == 0 ? u : v);
+            dblBox[s][1] = std::max(dblBox[s][1], s == 0 ? u : v);
+        }
+    };
     for (const InspectBody& body : run.vecBodies)
-        for (const FEL_vector3<float>& p : body.surface.vecPoints) {
-            blnAny = true;
-            for (int s = 0; s < 2; ++s) {
-                dblBox[s][0] = std::min<double>(dblBox[s][0], p[axes[s]]);
-                dblBox[s][1] = std::max<double>(dblBox[s][1], p[axes[s]]);
-            }
+        for (const FEL_vector3<float>& p : body.surface.vecPoints) add(p[axes[0]], p[axes[1]]);
+    for (const InspectRotor& rotor : run.vecRotors)
+        for (int corner = 0; corner < 4; ++corner) {
+            double d[2];
+            for (int s = 0; s < 2; ++s)
+                d[s] = (corner >> s & 1 ? 1 : -1) *
+                       (axes[s] == rotor.intAxis ? rotor.dblHalfThickness : rotor.dblRadius);
+            add(rotor.v3fCentre[axes[0]] + d[0], rotor.v3fCentre[axes[1]] + d[1]);
         }
     for (int s = 0; s < 2 && blnAny; ++s)
         blnAny = dblBox[s][1] >= run.vecAxes[axes[s]].front() &&
@@ -268,6 +277,42 @@ void DrawOutlines(Canvas& canvas, const SliceView& view, const InspectRun& run,
                 canvas.Line(view.X(seg[0][0]), view.Y(seg[0][1]), view.X(seg[1][0]),
                             view.Y(seg[1][1]), intWidth, g_rgbBodyOutline);
         }
+    }
+}
+
+// A disc's cut by the plane: a circle when the plane crosses its thickness across its axis, a
+// rectangle (its thickness by the chord) when the plane runs along its axis within its radius.
+void DrawRotors(Canvas& canvas, const SliceView& view, const InspectRun& run,
+                const SlicePlane& plane) {
+    const int a = plane.intAxis, u = view.AxisU(), v = view.AxisV();
+    const double dblPlane =
+        0.5 * (double(run.vecAxes[a][plane.intCell]) + run.vecAxes[a][plane.intCell + 1]);
+    const double dblPi = 3.14159265358979323846;
+    for (const InspectRotor& rotor : run.vecRotors) {
+        const double d = std::fabs(dblPlane - rotor.v3fCentre[a]);
+        const double cu = rotor.v3fCentre[u], cv = rotor.v3fCentre[v];
+        if (rotor.intAxis == a) {
+            if (d > rotor.dblHalfThickness) continue;
+            const int intSteps = 180;
+            for (int n = 0; n < intSteps; ++n) {
+                const double t0 = 2 * dblPi * n / intSteps, t1 = 2 * dblPi * (n + 1) / intSteps;
+                canvas.Line(view.X(cu + rotor.dblRadius * std::cos(t0)),
+                            view.Y(cv + rotor.dblRadius * std::sin(t0)),
+                            view.X(cu + rotor.dblRadius * std::cos(t1)),
+                            view.Y(cv + rotor.dblRadius * std::sin(t1)), 2, g_rgbRotorDisc);
+            }
+            continue;
+        }
+        if (d > rotor.dblRadius) continue;
+        const double dblChord = std::sqrt(rotor.dblRadius * rotor.dblRadius - d * d);
+        const double hu = u == rotor.intAxis ? rotor.dblHalfThickness : dblChord;
+        const double hv = v == rotor.intAxis ? rotor.dblHalfThickness : dblChord;
+        const double x0 = view.X(cu - hu), x1 = view.X(cu + hu);
+        const double y0 = view.Y(cv - hv), y1 = view.Y(cv + hv);
+        canvas.Line(x0, y0, x1, y0, 2, g_rgbRotorDisc);
+        canvas.Line(x1, y0, x1, y1, 2, g_rgbRotorDisc);
+        canvas.Line(x1, y1, x0, y1, 2, g_rgbRotorDisc);
+        canvas.Line(x0, y1, x0, y0, 2, g_rgbRotorDisc);
     }
 }
 
@@ -439,6 +484,7 @@ void WriteSlicePicture(const InspectRun& run, const std::vector<BodyLeak>& vecLe
         view.Scale() * (view.High(0) - view.Low(0)) /
         std::max(1, CellsWithin(run.vecAxes[u], view.Low(0), view.High(0)));
     DrawOutlines(canvas, view, run, plane, dblCellPixels >= 8 ? 2 : 1);
+    DrawRotors(canvas, view, run, plane);
     canvas.Unclip();
     DrawFrameAndCoordinates(canvas, view);
 
@@ -453,11 +499,12 @@ void WriteSlicePicture(const InspectRun& run, const std::vector<BodyLeak>& vecLe
         {g_rgbBodyOutline, strOutline},
         {g_rgbLeakedFill, "LEAKED CELL"},
         {g_rgbLeakPath, "LEAK PATH"},
+        {g_rgbRotorDisc, "ROTOR DISC"},
         {nullptr, blnThinned ? "SOME GRID LINES LEFT OUT" : ""}};
-    for (int n = 0; n < 5; ++n) {
+    for (int n = 0; n < 6; ++n) {
         const int y = y0 + (2 + n / 2) * s_intLineHeight;
         int x = s_intMargin + (n % 2) * (intLegendWidth / 2 - s_intMargin);
-        if (items[n].first == g_rgbBodyOutline)
+        if (items[n].first == g_rgbBodyOutline || items[n].first == g_rgbRotorDisc)
             canvas.Fill(x, y + 6, x + 14, y + 9, items[n].first);
         else if (items[n].first)
             canvas.Fill(x, y, x + 14, y + 14, items[n].first);

@@ -54,11 +54,13 @@ const unsigned char g_rgbBlockedFill[3] = {70, 110, 180};
 const unsigned char g_rgbBodyOutline[3] = {215, 40, 30};
 const unsigned char g_rgbLeakedFill[3] = {245, 170, 60};
 const unsigned char g_rgbLeakPath[3] = {40, 170, 70};
+const unsigned char g_rgbRotorDisc[3] = {150, 60, 190};
 
 // Draws the plane: grid lines (thinned where cells get small), blocked cells filled, each body's
 // cut outline over them, and a legend of the plane and the counts below. Writes it as a PNG;
 // throws InspectError when the file can't be written.
-// Leaked cells and leak paths of vecLeaks are filled in their own colours.
+// Leaked cells and leak paths of vecLeaks are filled in their own colours; rotor discs are drawn
+// as their cut: a circle in a plane across their axis, a rectangle in a plane along it.
 void WriteSlicePicture(const InspectRun& run, const std::vector<BodyLeak>& vecLeaks,
                        const SlicePlane& plane, const std::string& strPath, bool blnWhole = true);
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <png.h>
 
+#include <fstream>
 #include <tuple>
 
 #include "ScratchDir.h"
@@ -27,7 +28,11 @@ InspectRun TinyRun() {
 
 TEST(SlicePicture, BlockedLeakedAndPathCellsFilledInTheDecodedPicture) {
     const ScratchDir dir;
-    const InspectRun run = TinyRun();
+    InspectRun run = TinyRun();
+    run.vecRotors.resize(1);  // a disc across Z about (6, 1, 1.5), radius 0.5
+    run.vecRotors[0].v3fCentre = {6, 1, 1.5f};
+    run.vecRotors[0].dblRadius = 0.5;
+    run.vecRotors[0].dblHalfThickness = 0.1;
     const SlicePlane plane = ParseSlicePlane(run, "k=2");
     std::vector<BodyLeak> vecLeaks(1);  // cell {3, 1, 2} leaked, reached by way of {4, 1, 2}
     vecLeaks[0].vecLeaked = {{2, 0, 1}};
@@ -52,6 +57,29 @@ TEST(SlicePicture, BlockedLeakedAndPathCellsFilledInTheDecodedPicture) {
     EXPECT_EQ(pixel(5, 0.5), std::vector<int>(g_rgbLeakPath, g_rgbLeakPath + 3));
     EXPECT_EQ(pixel(7, 0.5), std::vector<int>(g_rgbLeakPath, g_rgbLeakPath + 3));
     EXPECT_EQ(pixel(5, 1.5), std::vector<int>(3, 255));
+    EXPECT_EQ(pixel(6, 1.5), std::vector<int>(g_rgbRotorDisc, g_rgbRotorDisc + 3));
+}
+
+TEST(ReadRotors, PlacedAsTheGeneratorPlacesThem) {
+    const ScratchDir dir;
+    std::ofstream(dir / "p.Grid")
+        << "Start Body Definitions\n New Body\n  type: Z-Plane Rotor\n  center: (1.0,2.0,3.0)\n"
+           "  radius: 2.0\n  half thickness: 0.05\n  Is Absolute Thickness: False\n #\n"
+           " New Body\n  type: X-Plane Rotor\n  center: (0,0,0)\n  radius: 1\n"
+           "  half thickness: 0.1\n  Is Absolute Thickness: True\n #\n"
+           " New Body\n  type: Y-Plane Rotor\n  center: (0,0,0)\n #\n"  // no radius: left out
+           "End Body Definitions\n";
+    // Scaled by (2, 3, 4), then moved by (1, 1, 1): the radius by the X factor, an absolute half
+    // thickness by the Z factor, a relative one times the scaled radius.
+    const auto rotors = ReadRotors(dir / "p.Grid", {2, 3, 4}, {1, 1, 1});
+    ASSERT_EQ(rotors.size(), 2u);
+    const std::tuple<int, float, float, float, double, double> expected[] = {
+        {2, 3, 7, 13, 4, 0.2}, {0, 1, 1, 1, 2, 0.4}};
+    for (size_t n = 0; n < 2; ++n)
+        EXPECT_EQ(std::make_tuple(rotors[n].intAxis, rotors[n].v3fCentre.x, rotors[n].v3fCentre.y,
+                                  rotors[n].v3fCentre.z, rotors[n].dblRadius,
+                                  rotors[n].dblHalfThickness),
+                  expected[n]);
 }
 
 TEST(SlicePicture, UnwritableFileNamesThePath) {
