@@ -1,20 +1,11 @@
-// Body report: edge topology of each placed body and where it stands in the grid.
+// Body report: each placed body as the run used it, where it stands in the grid, and its leak.
 #include "BodyReport.h"
 
 #include <algorithm>
-#include <numeric>
-#include <unordered_map>
-
-#include "LeakCheck.h"
 
 namespace {
 
 const size_t s_intEdgesListed = 10;
-
-int FindRoot(std::vector<int>& vecParent, int n) {
-    while (vecParent[n] != n) n = vecParent[n] = vecParent[vecParent[n]];
-    return n;
-}
 
 // The cell holding a coordinate, which is first moved into the grid's extent.
 int ClampedCell(const std::vector<float>& vecAxis, double dbl, bool blnUpper = false) {
@@ -118,45 +109,6 @@ void WriteLeak(const InspectRun& run, const InspectSurface& surface, const BodyL
 }
 
 }  // namespace
-
-SurfaceTopology TopologyOfSurface(const InspectSurface& surface) {
-    SurfaceTopology topo;
-    struct EdgeUse {
-        int intCount;
-        int intFirstTriangle;
-        size_t intOrder;
-    };
-    std::unordered_map<unsigned long long, EdgeUse> mapEdges;
-    mapEdges.reserve(surface.vecTriangles.size() * 2);
-    std::vector<int> vecParent(surface.vecTriangles.size());
-    std::iota(vecParent.begin(), vecParent.end(), 0);
-    for (size_t t = 0; t < surface.vecTriangles.size(); ++t) {
-        const auto& tri = surface.vecTriangles[t];
-        for (int e = 0; e < 3; ++e) {
-            const unsigned a = static_cast<unsigned>(std::min(tri[e], tri[(e + 1) % 3]));
-            const unsigned b = static_cast<unsigned>(std::max(tri[e], tri[(e + 1) % 3]));
-            const auto result = mapEdges.emplace((static_cast<unsigned long long>(a) << 32) | b,
-                                                 EdgeUse{0, static_cast<int>(t), mapEdges.size()});
-            ++result.first->second.intCount;
-            if (!result.second)
-                vecParent[FindRoot(vecParent, static_cast<int>(t))] =
-                    FindRoot(vecParent, result.first->second.intFirstTriangle);
-        }
-    }
-    std::vector<std::pair<size_t, unsigned long long>> vecOpen;
-    for (const auto& entry : mapEdges) {
-        if (entry.second.intCount == 1) vecOpen.emplace_back(entry.second.intOrder, entry.first);
-        if (entry.second.intCount > 2) ++topo.intNonManifoldEdges;
-    }
-    topo.intOpenEdges = static_cast<long>(vecOpen.size());
-    std::sort(vecOpen.begin(), vecOpen.end());
-    for (const auto& open : vecOpen)
-        topo.vecOpenEdges.push_back(
-            {static_cast<int>(open.second >> 32), static_cast<int>(open.second & 0xffffffffu)});
-    for (size_t t = 0; t < vecParent.size(); ++t)
-        if (FindRoot(vecParent, static_cast<int>(t)) == static_cast<int>(t)) ++topo.intParts;
-    return topo;
-}
 
 void WriteBodyReport(const InspectRun& run, const std::vector<BodyLeak>& vecLeaks,
                      std::ostream& osReport, std::ostream& osSummary) {

@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <numeric>
 #include <thread>
+#include <unordered_map>
 
 #include "WindingNumber.h"
 
@@ -42,13 +44,16 @@ class InsideFinder {
     size_t Index(const Cell& c) const {
         return (static_cast<size_t>(c[2]) * m_run.Cells(1) + c[1]) * m_run.Cells(0) + c[0];
     }
+    // The winding number of a cell's centre, its sign dropped: a surface whose triangles all face
+    // inwards holds -1 inside.
+    double Inside(const Cell& c) const { return std::fabs(m_wn.At(Centre(c))); }
     void EachCell(const CellBlock& b, bool blnInside, bool blnEvaluate) {
         for (Cell c = b.lo; c[2] < b.hi[2]; ++c[2])
             for (c[1] = b.lo[1]; c[1] < b.hi[1]; ++c[1])
                 for (c[0] = b.lo[0]; c[0] < b.hi[0]; ++c[0]) {
                     const size_t n = Index(c);
                     if (m_vecBlocked[n]) continue;
-                    m_vecInside[n] = blnEvaluate ? m_wn.At(Centre(c)) >= 0.5 : blnInside;
+                    m_vecInside[n] = blnEvaluate ? Inside(c) >= 0.5 : blnInside;
                 }
     }
     // Settles a block whole when no triangle meets it and its eight corner cells agree clearly.
@@ -63,7 +68,7 @@ class InsideFinder {
         for (int corner = 0; corner < 8; ++corner) {
             Cell c;
             for (int a = 0; a < 3; ++a) c[a] = (corner >> a & 1) ? b.hi[a] - 1 : b.lo[a];
-            const double w = m_wn.At(Centre(c));
+            const double w = Inside(c);
             intIn += w >= 0.5 + s_dblClearMargin;
             intOut += w <= 0.5 - s_dblClearMargin;
         }
@@ -200,7 +205,51 @@ std::vector<std::array<int, 2>> HoleEdges(const InspectRun& run, const InspectSu
     return vecEdges;
 }
 
+int FindRoot(std::vector<int>& vecParent, int n) {
+    while (vecParent[n] != n) n = vecParent[n] = vecParent[vecParent[n]];
+    return n;
+}
+
 }  // namespace
+
+SurfaceTopology TopologyOfSurface(const InspectSurface& surface) {
+    SurfaceTopology topo;
+    struct EdgeUse {
+        int intCount;
+        int intFirstTriangle;
+        size_t intOrder;
+    };
+    std::unordered_map<unsigned long long, EdgeUse> mapEdges;
+    mapEdges.reserve(surface.vecTriangles.size() * 2);
+    std::vector<int> vecParent(surface.vecTriangles.size());
+    std::iota(vecParent.begin(), vecParent.end(), 0);
+    for (size_t t = 0; t < surface.vecTriangles.size(); ++t) {
+        const auto& tri = surface.vecTriangles[t];
+        for (int e = 0; e < 3; ++e) {
+            const unsigned a = static_cast<unsigned>(std::min(tri[e], tri[(e + 1) % 3]));
+            const unsigned b = static_cast<unsigned>(std::max(tri[e], tri[(e + 1) % 3]));
+            const auto result = mapEdges.emplace((static_cast<unsigned long long>(a) << 32) | b,
+                                                 EdgeUse{0, static_cast<int>(t), mapEdges.size()});
+            ++result.first->second.intCount;
+            if (!result.second)
+                vecParent[FindRoot(vecParent, static_cast<int>(t))] =
+                    FindRoot(vecParent, result.first->second.intFirstTriangle);
+        }
+    }
+    std::vector<std::pair<size_t, unsigned long long>> vecOpen;
+    for (const auto& entry : mapEdges) {
+        if (entry.second.intCount == 1) vecOpen.emplace_back(entry.second.intOrder, entry.first);
+        if (entry.second.intCount > 2) ++topo.intNonManifoldEdges;
+    }
+    topo.intOpenEdges = static_cast<long>(vecOpen.size());
+    std::sort(vecOpen.begin(), vecOpen.end());
+    for (const auto& open : vecOpen)
+        topo.vecOpenEdges.push_back(
+            {static_cast<int>(open.second >> 32), static_cast<int>(open.second & 0xffffffffu)});
+    for (size_t t = 0; t < vecParent.size(); ++t)
+        if (FindRoot(vecParent, static_cast<int>(t)) == static_cast<int>(t)) ++topo.intParts;
+    return topo;
+}
 
 std::vector<char> BlockedFlags(const InspectRun& run) {
     std::vector<char> vecBlocked(static_cast<size_t>(run.Cells(0)) * run.Cells(1) * run.Cells(2));
@@ -237,7 +286,7 @@ std::vector<Cell> LeakedCells(const InspectRun& run, const InspectSurface& surfa
     work();
     helper.join();
     std::vector<Cell> vecLeaked;
-    const CellBlock box = vecBlocks.empty() ? CellBlock{} : BoxCells(run, kept);
+    const CellBlock box = BoxCells(run, kept);
     for (Cell c = box.lo; c[2] < box.hi[2]; ++c[2])
         for (c[1] = box.lo[1]; c[1] < box.hi[1]; ++c[1])
             for (c[0] = box.lo[0]; c[0] < box.hi[0]; ++c[0])

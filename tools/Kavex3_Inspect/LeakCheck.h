@@ -4,8 +4,17 @@
 #include <array>
 #include <vector>
 
-#include "BodyReport.h"
 #include "InspectRun.h"
+
+// Edge counts of a surface, over its merged vertices: an open edge has one triangle, a
+// non-manifold edge more than two; parts are sets of triangles joined through shared edges.
+struct SurfaceTopology {
+    long intOpenEdges = 0;
+    long intNonManifoldEdges = 0;
+    long intParts = 0;
+    std::vector<std::array<int, 2>> vecOpenEdges;  // vertex pairs, in the order first met
+};
+SurfaceTopology TopologyOfSurface(const InspectSurface& surface);
 
 enum class BodyStatus { Closed, Sealed, Leaked, Vanished, Unused };
 

@@ -53,6 +53,10 @@ TEST(LeakCheck, SettledBlocksAgreeWithEveryCell) {
     const auto vecSettled = LeakedCells(run, run.vecBodies[0].surface, vecNone);
     EXPECT_EQ(vecSettled, LeakedCells(run, run.vecBodies[0].surface, vecNone, true));
     EXPECT_EQ(vecSettled.size(), 8u * 8 * 8);  // the centres 2.5 .. 9.5
+    // Facing inwards, the same cells.
+    InspectSurface inward = run.vecBodies[0].surface;
+    for (auto& tri : inward.vecTriangles) std::swap(tri[1], tri[2]);
+    EXPECT_EQ(LeakedCells(run, inward, vecNone), vecSettled);
 }
 
 TEST(LeakCheck, StatusAndPathOfEachBody) {
