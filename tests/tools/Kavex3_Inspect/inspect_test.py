@@ -163,8 +163,8 @@ class CorpusRuns(unittest.TestCase):
                                  (len(cells), 8 * len(cells)))
                 stem = os.path.splitext(os.path.basename(self.stls[name]))[0]
                 body = read(os.path.join(out, f"body1_{stem}.vtu"))
-                triangles = int(re.search(r"(\d+) triangles,", result.stdout).group(1))
-                self.assertEqual(body.GetNumberOfCells(), triangles)
+                counts = re.search(r"(\d+) triangles, (\d+) vertices", report).groups()
+                self.assertEqual((body.GetNumberOfCells(), body.GetNumberOfPoints()), tuple(map(int, counts)))
                 mb = vtk.vtkXMLMultiBlockDataReader()
                 mb.SetFileName(os.path.join(out, os.path.basename(run_dir) + ".vtm"))
                 mb.Update()
@@ -174,7 +174,7 @@ class CorpusRuns(unittest.TestCase):
                     continue
                 leaked = read(os.path.join(out, "body1_leaked.vtu"))
                 count = int(re.search(r"leaked \((\d+) cells\)", result.stdout).group(1))
-                self.assertEqual(leaked.GetNumberOfCells(), count)
+                self.assertEqual((leaked.GetNumberOfCells(), leaked.GetNumberOfPoints()), (count, 8 * count))
                 path = read(os.path.join(out, "body1_leak_path.vtu"))
                 length = int(re.search(r"Leak path, (\d+) unblocked cells", report).group(1))
                 self.assertEqual(path.GetNumberOfCells(), length)
