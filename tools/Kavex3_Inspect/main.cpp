@@ -1,4 +1,5 @@
 // Kavex3_Inspect: ParaView files, slice pictures and a body report of a finished run.
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -53,8 +54,14 @@ int main(int argc, char** argv) {
             vecSlices.push_back(ParseSlicePlane(run, strPlane));
         if (vecSlices.empty()) {
             for (int a = 0; a < 3; ++a) vecSlices.push_back(MiddleSlicePlane(run, a));
-            for (const BodyLeak& leak : vecLeaks)
-                if (!leak.vecPath.empty()) vecSlices.push_back(LeakSlicePlane(leak));
+            for (const BodyLeak& leak : vecLeaks) {
+                if (leak.vecPath.empty()) continue;
+                const SlicePlane plane = LeakSlicePlane(leak);
+                if (std::none_of(vecSlices.begin(), vecSlices.end(), [&](const SlicePlane& p) {
+                        return SliceFileName(p) == SliceFileName(plane);
+                    }))
+                    vecSlices.push_back(plane);
+            }
         }
 
         fs::path fpRun = fs::absolute(vecPositional[0]).lexically_normal();
