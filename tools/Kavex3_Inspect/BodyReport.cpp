@@ -1,18 +1,11 @@
-// Body report: edge topology of each placed body and where it stands in the grid.
+// Body report: each placed body as the run used it, where it stands in the grid, and its leak.
 #include "BodyReport.h"
 
 #include <algorithm>
-#include <numeric>
-#include <unordered_map>
 
 namespace {
 
 const size_t s_intEdgesListed = 10;
-
-int FindRoot(std::vector<int>& vecParent, int n) {
-    while (vecParent[n] != n) n = vecParent[n] = vecParent[vecParent[n]];
-    return n;
-}
 
 // The cell holding a coordinate, which is first moved into the grid's extent.
 int ClampedCell(const std::vector<float>& vecAxis, double dbl, bool blnUpper = false) {
@@ -37,48 +30,88 @@ std::string CellOf(const InspectRun& run, const FEL_vector3<float>& v3f) {
     return str;
 }
 
-}  // namespace
-
-SurfaceTopology TopologyOfSurface(const InspectSurface& surface) {
-    SurfaceTopology topo;
-    struct EdgeUse {
-        int intCount;
-        int intFirstTriangle;
-        size_t intOrder;
-    };
-    std::unordered_map<unsigned long long, EdgeUse> mapEdges;
-    mapEdges.reserve(surface.vecTriangles.size() * 2);
-    std::vector<int> vecParent(surface.vecTriangles.size());
-    std::iota(vecParent.begin(), vecParent.end(), 0);
-    for (size_t t = 0; t < surface.vecTriangles.size(); ++t) {
-        const auto& tri = surface.vecTriangles[t];
-        for (int e = 0; e < 3; ++e) {
-            const unsigned a = static_cast<unsigned>(std::min(tri[e], tri[(e + 1) % 3]));
-            const unsigned b = static_cast<unsigned>(std::max(tri[e], tri[(e + 1) % 3]));
-            const auto result = mapEdges.emplace((static_cast<unsigned long long>(a) << 32) | b,
-                                                 EdgeUse{0, static_cast<int>(t), mapEdges.size()});
-            ++result.first->second.intCount;
-            if (!result.second)
-                vecParent[FindRoot(vecParent, static_cast<int>(t))] =
-                    FindRoot(vecParent, result.first->second.intFirstTriangle);
-        }
-    }
-    std::vector<std::pair<size_t, unsigned long long>> vecOpen;
-    for (const auto& entry : mapEdges) {
-        if (entry.second.intCount == 1) vecOpen.emplace_back(entry.second.intOrder, entry.first);
-        if (entry.second.intCount > 2) ++topo.intNonManifoldEdges;
-    }
-    topo.intOpenEdges = static_cast<long>(vecOpen.size());
-    std::sort(vecOpen.begin(), vecOpen.end());
-    for (const auto& open : vecOpen)
-        topo.vecOpenEdges.push_back(
-            {static_cast<int>(open.second >> 32), static_cast<int>(open.second & 0xffffffffu)});
-    for (size_t t = 0; t < vecParent.size(); ++t)
-        if (FindRoot(vecParent, static_cast<int>(t)) == static_cast<int>(t)) ++topo.intParts;
-    return topo;
+std::string Cells(const std::vector<std::array<int, 3>>& vecCells) {
+    std::string str;
+    for (size_t n = 0; n < vecCells.size(); ++n)
+        str += (n % 8 == 0 ? "\n      " : " ") + std::string("(") +
+               std::to_string(vecCells[n][0] + 1) + ", " + std::to_string(vecCells[n][1] + 1) +
+               ", " + std::to_string(vecCells[n][2] + 1) + ")";
+    return str;
 }
 
-void WriteBodyReport(const InspectRun& run, std::ostream& osReport, std::ostream& osSummary) {
+void WriteEdges(const InspectRun& run, const InspectSurface& surface,
+                const std::vector<std::array<int, 2>>& vecEdges, std::ostream& os) {
+    for (const auto& edge : vecEdges) {
+        const FEL_vector3<float>& p = surface.vecPoints[edge[0]];
+        const FEL_vector3<float>& q = surface.vecPoints[edge[1]];
+        const std::string strCellP = CellOf(run, p), strCellQ = CellOf(run, q);
+        os << "    " << Point(p) << " - " << Point(q) << "  cell " << strCellP;
+        if (strCellQ != strCellP) os << " and " << strCellQ;
+        os << "\n";
+    }
+}
+
+// The body's box and the cells it covers.
+void WriteBox(const InspectRun& run, const InspectSurface& surface, std::ostream& os) {
+    if (surface.vecPoints.empty()) return;
+    FEL_vector3<float> v3fMin = surface.vecPoints[0], v3fMax = surface.vecPoints[0];
+    for (const FEL_vector3<float>& v3f : surface.vecPoints)
+        for (int a = 0; a < 3; ++a) {
+            v3fMin[a] = std::min(v3fMin[a], v3f[a]);
+            v3fMax[a] = std::max(v3fMax[a], v3f[a]);
+        }
+    os << "  box " << Point(v3fMin) << " to " << Point(v3fMax);
+    bool blnInside = true;
+    for (int a = 0; a < 3; ++a)
+        blnInside =
+            blnInside && v3fMax[a] >= run.vecAxes[a].front() && v3fMin[a] <= run.vecAxes[a].back();
+    if (!blnInside) {
+        os << ", outside the grid: it blocks no cell\n";
+        return;
+    }
+    os << "\n  its box covers cells";
+    for (int a = 0; a < 3; ++a)
+        os << " "
+           << "IJK"[a] << " " << ClampedCell(run.vecAxes[a], v3fMin[a]) + 1 << "-"
+           << ClampedCell(run.vecAxes[a], v3fMax[a], true) + 1;
+    os << "\n";
+}
+
+// What the run made of an open body: dropped triangles, leaked cells, the way in, the hole.
+void WriteLeak(const InspectRun& run, const InspectSurface& surface, const BodyLeak& leak,
+               std::ostream& os) {
+    if (leak.intDropped > 0)
+        os << "  The run dropped " << leak.intDropped
+           << " triangles: their corners are equal under the coordinate tolerance in the grid's "
+              "frame (the body is finer than that tolerance allows where it stands).\n";
+    if (leak.eStatus == BodyStatus::Vanished)
+        os << "  WARNING: the run kept none of its triangles: it blocks no cell.\n";
+    if (leak.eStatus == BodyStatus::Sealed) {
+        os << "  The fill did not get inside: no unblocked cell lies inside it. First open "
+              "edges:\n";
+        const auto& vecOpen = leak.topoRun.vecOpenEdges;
+        WriteEdges(run, surface,
+                   {vecOpen.begin(), vecOpen.begin() + std::min(s_intEdgesListed, vecOpen.size())},
+                   os);
+    }
+    if (leak.eStatus != BodyStatus::Leaked) return;
+    os << "  WARNING: the fill of the exterior got inside this body: " << leak.vecLeaked.size()
+       << " cells inside it are not blocked, and the solver sees a hollow shell.\n";
+    if (leak.vecPath.empty()) return;
+    const auto& last = leak.vecPath.back();
+    const auto& before = leak.vecPath[leak.vecPath.size() >= 2 ? leak.vecPath.size() - 2 : 0];
+    os << "  Leak path, " << leak.vecPath.size()
+       << " unblocked cells from the grid's boundary to the first leaked cell (I, J, K):"
+       << Cells(leak.vecPath) << "\n  It enters the body from cell " << Cells({before}).substr(7)
+       << " into cell " << Cells({last}).substr(7)
+       << ". The open edges next to it (the hole to mend), and the cells holding their ends:\n";
+    WriteEdges(run, surface, leak.vecHoleEdges, os);
+}
+
+}  // namespace
+
+void WriteBodyReport(const InspectRun& run, const std::vector<BodyLeak>& vecLeaks,
+                     std::ostream& osReport, std::ostream& osSummary) {
     osReport << "Body report of " << run.strRunDir << "\n"
              << "Grid: " << run.Cells(0) << " x " << run.Cells(1) << " x " << run.Cells(2)
              << " cells, " << run.vecBlocked.size() << " blocked (listed in "
@@ -91,52 +124,23 @@ void WriteBodyReport(const InspectRun& run, std::ostream& osReport, std::ostream
     for (size_t b = 0; b < run.vecBodies.size(); ++b) {
         const InspectBody& body = run.vecBodies[b];
         const InspectSurface& surface = body.surface;
+        const BodyLeak& leak = vecLeaks[b];
         const SurfaceTopology topo = TopologyOfSurface(surface);
-        const bool blnClosed = topo.intOpenEdges == 0;
+        std::string strRun = StatusText(leak);
+        if (leak.intDropped > 0)
+            strRun = std::to_string(leak.intDropped) + " triangles dropped, " + strRun;
         osReport << "\nBody " << b + 1 << ": " << body.strFile << " ("
                  << s_szKind[std::min<unsigned>(body.body.eBodyType, BODY_PLOT3D)]
                  << (body.body.blnUsedInSolver ? ", used in solver" : ", not used in solver")
                  << ")\n  " << surface.vecTriangles.size() << " triangles, "
                  << surface.vecPoints.size() << " vertices, " << topo.intParts << " part(s)\n  "
                  << topo.intOpenEdges << " open edges, " << topo.intNonManifoldEdges
-                 << " non-manifold edges: " << (blnClosed ? "closed" : "OPEN") << "\n";
+                 << " non-manifold edges in the file\n  as the run used it: "
+                 << leak.topoRun.intOpenEdges << " open edges, " << strRun << "\n";
         osSummary << "body " << b + 1 << " " << body.strFile << ": " << surface.vecTriangles.size()
                   << " triangles, " << topo.intOpenEdges << " open edges, "
-                  << topo.intNonManifoldEdges << " non-manifold edges: "
-                  << (blnClosed ? "closed" : "OPEN, the fill can get inside it") << "\n";
-        if (surface.vecPoints.empty()) continue;
-        FEL_vector3<float> v3fMin = surface.vecPoints[0], v3fMax = surface.vecPoints[0];
-        for (const FEL_vector3<float>& v3f : surface.vecPoints)
-            for (int a = 0; a < 3; ++a) {
-                v3fMin[a] = std::min(v3fMin[a], v3f[a]);
-                v3fMax[a] = std::max(v3fMax[a], v3f[a]);
-            }
-        osReport << "  box " << Point(v3fMin) << " to " << Point(v3fMax);
-        bool blnInside = true;
-        for (int a = 0; a < 3; ++a)
-            blnInside = blnInside && v3fMax[a] >= run.vecAxes[a].front() &&
-                        v3fMin[a] <= run.vecAxes[a].back();
-        if (!blnInside) {
-            osReport << ", outside the grid: it blocks no cell\n";
-        } else {
-            osReport << "\n  its box covers cells";
-            for (int a = 0; a < 3; ++a)
-                osReport << " "
-                         << "IJK"[a] << " " << ClampedCell(run.vecAxes[a], v3fMin[a]) + 1 << "-"
-                         << ClampedCell(run.vecAxes[a], v3fMax[a], true) + 1;
-            osReport << "\n";
-        }
-        if (blnClosed) continue;
-        osReport << "  WARNING: this body is open. The fill of the exterior can get inside it "
-                    "through the open edges, and then only the cells of its surface are blocked.\n"
-                 << "  First open edges, and the cells holding their ends:\n";
-        for (size_t n = 0; n < std::min(s_intEdgesListed, topo.vecOpenEdges.size()); ++n) {
-            const FEL_vector3<float>& p = surface.vecPoints[topo.vecOpenEdges[n][0]];
-            const FEL_vector3<float>& q = surface.vecPoints[topo.vecOpenEdges[n][1]];
-            const std::string strCellP = CellOf(run, p), strCellQ = CellOf(run, q);
-            osReport << "    " << Point(p) << " - " << Point(q) << "  cell " << strCellP;
-            if (strCellQ != strCellP) osReport << " and " << strCellQ;
-            osReport << "\n";
-        }
+                  << topo.intNonManifoldEdges << " non-manifold edges: " << strRun << "\n";
+        WriteBox(run, surface, osReport);
+        WriteLeak(run, surface, leak, osReport);
     }
 }

@@ -6,18 +6,20 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <limits>
 #include <map>
 
 #include "FEL_exception.h"
-#include "FEL_matrix33.h"
 #include "FEL_tetrahedral_mesh.h"
-#include "FEL_transformed_mesh.h"
 #include "driver/DriverGlobals.h"
 #include "driver/ReadGridFile.h"
+#include "driver/translate.h"
 #include "generator/bodies.h"
+#include "generator/readFileC.h"
+#include "intersector/convert.h"
 #include "readers/FEL_reader.h"
 
 namespace fs = std::filesystem;
@@ -25,6 +27,62 @@ namespace fs = std::filesystem;
 static bool IsFile(const std::string& strPath) {
     std::error_code ec;
     return fs::is_regular_file(strPath, ec);
+}
+
+std::vector<InspectRotor> ReadRotors(const std::string& strProject,
+                                     const FEL_vector3<float>& v3fScale,
+                                     const FEL_vector3<float>& v3fTranslation) {
+    std::ifstream in(strProject);
+    if (!in) throw InspectError(strProject + ": cannot open the project file");
+    struct Disc {
+        int intAxis;
+        Rotor rotor;
+    };
+    std::vector<Disc> vecDiscs;
+    static const char* const s_szTypes[3] = {"X-Plane Rotor", "Y-Plane Rotor", "Z-Plane Rotor"};
+    for (std::string strLine; std::getline(in, strLine);) {
+        auto value = [&](const char* szKey) {  // the text behind szKey, or null
+            int intFound = 0;
+            const char* szValue = getSubstring(strLine.c_str(), szKey, &intFound);
+            return intFound ? szValue : nullptr;
+        };
+        if (const char* szType = value("type: ")) {
+            for (int a = 0; a < 3; ++a)
+                if (std::strstr(szType, s_szTypes[a])) {
+                    vecDiscs.push_back(Disc{a, Rotor{}});
+                    init_rotor(&vecDiscs.back().rotor);
+                }
+            continue;
+        }
+        if (vecDiscs.empty()) continue;
+        Rotor& rotor = vecDiscs.back().rotor;
+        if (const char* szCentre = value("center: "))
+            std::sscanf(szCentre, "(%lf,%lf,%lf)", &rotor.center[0], &rotor.center[1],
+                        &rotor.center[2]);
+        else if (const char* szRadius = value("radius: "))
+            rotor.radius = std::atof(szRadius);
+        else if (const char* szThickness = value("half thickness: "))
+            rotor.thickness = std::atof(szThickness);
+        else if (const char* szAbsolute = value("Is Absolute Thickness: "))
+            rotor.isAbsThickness = std::strstr(szAbsolute, "True") != nullptr;
+    }
+    std::vector<InspectRotor> vecRotors;
+    for (const Disc& disc : vecDiscs) {
+        const Rotor& r = disc.rotor;
+        if (r.radius == UNSET_DBL || r.center[0] == UNSET_DBL || r.center[1] == UNSET_DBL ||
+            r.center[2] == UNSET_DBL)
+            continue;
+        InspectRotor rotor;
+        rotor.intAxis = disc.intAxis;
+        for (int a = 0; a < 3; ++a)
+            rotor.v3fCentre[a] = static_cast<float>(r.center[a] * v3fScale[a] + v3fTranslation[a]);
+        rotor.dblRadius = r.radius * v3fScale.x;
+        const double dblThickness = r.thickness == UNSET_DBL ? 0 : r.thickness;
+        rotor.dblHalfThickness =
+            r.isAbsThickness ? dblThickness * v3fScale.z : dblThickness * rotor.dblRadius;
+        vecRotors.push_back(rotor);
+    }
+    return vecRotors;
 }
 
 bool ReadBodyCellList(const std::string& strFile, std::vector<FEL_vector3<int>>& vecCells) {
@@ -104,6 +162,30 @@ void AddUnstructuredZone(const FEL_mesh& zone, CornerList& vecCorners) {
         zone.coordinates_at_cell(cell, corners);
         vecCorners.insert(vecCorners.end(), corners, corners + 3);
     }
+}
+
+// Per triangle of CornersOfMesh: kept by the run's triangulation (which keeps every triangle of a
+// structured zone).
+std::vector<bool> KeptOfMesh(const FEL_mesh& placed) {
+    std::vector<bool> vecKept;
+    for (int z = 0; z < placed.get_n_zones(); ++z) {
+        const FEL_pointer<FEL_mesh> pZone = placed.get_zone(z);
+        if (pZone.null()) continue;
+        if (pZone->is_structured_mesh()) {
+            int dims[3] = {0, 0, 0};
+            pZone->get_structured_dimensions(dims);
+            vecKept.resize(
+                vecKept.size() + 2 * size_t(std::max(dims[0] - 1, 0)) * std::max(dims[1] - 1, 0),
+                true);
+            continue;
+        }
+        const std::vector<bool> vecCells = KeptUnstructuredCells(pZone);
+        FEL_cell_iter iter;
+        size_t n = 0;
+        for (pZone->begin(&iter); !iter.done; ++iter, ++n)
+            if ((*iter).get_n_nodes() >= 3) vecKept.push_back(vecCells[n]);
+    }
+    return vecKept;
 }
 
 CornerList CornersOfMesh(const FEL_mesh& mesh) {
@@ -241,6 +323,9 @@ InspectSurface SurfaceOfMesh(const FEL_mesh& mesh, const FEL_mesh& placed) {
         if (result.second) surface.vecPoints.push_back(vecPlaced[n]);
         surface.vecTriangles[n / 3][n % 3] = result.first->second;
     }
+    surface.vecKept = KeptOfMesh(placed);
+    if (surface.vecKept.size() != surface.vecTriangles.size())  // a cut body: no triangulation
+        surface.vecKept.assign(surface.vecTriangles.size(), true);
     return surface;
 }
 
@@ -295,17 +380,13 @@ InspectRun LoadInspectRun(const std::string& strRunDir, const std::string& strPr
                                ", " + std::to_string(v3i.y) + ", " + std::to_string(v3i.z) +
                                " lies outside the grid");
 
-    // No translation file means no transformation at all, as in the run.
+    // No translation file means no transformation at all, as in the run, which also places the
+    // bodies below.
     std::ifstream ifsShift(strRunDir + "/Lcl2Gbl.dat");
-    FEL_vector3<float> v3fScale = run.v3fConversion;
-    if (!(ifsShift >> run.v3fTranslation.x >> run.v3fTranslation.y >> run.v3fTranslation.z)) {
+    if (!(ifsShift >> run.v3fTranslation.x >> run.v3fTranslation.y >> run.v3fTranslation.z))
         run.v3fTranslation = FEL_vector3<float>(0, 0, 0);
-        v3fScale = FEL_vector3<float>(1, 1, 1);
-    }
-    const FEL_matrix33<float> m33Scale(FEL_vector3<float>(v3fScale.x, 0, 0),
-                                       FEL_vector3<float>(0, v3fScale.y, 0),
-                                       FEL_vector3<float>(0, 0, v3fScale.z));
 
+    run.vecRotors = ReadRotors(strProject, run.v3fConversion, run.v3fTranslation);
     for (_BodyStruct& body : vecBodies) {
         InspectBody inspectBody;
         const bool blnCut = body.eBodyType <= BODY_ZCUT;
@@ -325,10 +406,9 @@ InspectRun LoadInspectRun(const std::string& strRunDir, const std::string& strPr
             throw InspectError(inspectBody.strFile + ": unreadable body file (" + e.what() + ")");
         }
         if (body.pMesh.null()) throw InspectError(inspectBody.strFile + ": unreadable body file");
-        FEL_pointer<FEL_mesh> pPlaced(new FEL_rotated_mesh(body.pMesh, m33Scale, "rotated_mesh"));
-        pPlaced = FEL_pointer<FEL_mesh>(
-            new FEL_translated_mesh(pPlaced, run.v3fTranslation, "translated_mesh"));
-        inspectBody.surface = SurfaceOfMesh(*body.pMesh, *pPlaced);
+        std::vector<_BodyStruct> vecPlaced(1, body);
+        TranslateToGlobal(vecPlaced, run.v3fConversion, strRunDir);
+        inspectBody.surface = SurfaceOfMesh(*body.pMesh, *vecPlaced[0].pMesh);
         inspectBody.body = body;
         run.vecBodies.push_back(std::move(inspectBody));
     }

@@ -21,12 +21,21 @@ class InspectError : public std::runtime_error {
 struct InspectSurface {
     std::vector<FEL_vector3<float>> vecPoints;
     std::vector<std::array<int, 3>> vecTriangles;
+    std::vector<bool> vecKept;  // per triangle: whether the run's triangulation keeps it
 };
 
 struct InspectBody {
     _BodyStruct body;
     std::string strFile;  // the file read: the mesh file, or the run's cut file of a cut body
     InspectSurface surface;
+};
+
+// A rotor disc of the project, in the grid's frame: normal to axis intAxis, of the given radius
+// and half thickness.
+struct InspectRotor {
+    int intAxis = 2;
+    FEL_vector3<float> v3fCentre{0, 0, 0};
+    double dblRadius = 0, dblHalfThickness = 0;
 };
 
 struct InspectRun {
@@ -38,6 +47,7 @@ struct InspectRun {
     FEL_vector3<float> v3fConversion{1, 1, 1};
     FEL_vector3<float> v3fTranslation{0, 0, 0};
     std::vector<InspectBody> vecBodies;
+    std::vector<InspectRotor> vecRotors;
 
     int Cells(int axis) const { return static_cast<int>(vecAxes[axis].size()) - 1; }
 };
@@ -46,6 +56,14 @@ struct InspectRun {
 // project through the driver's reader and every body's file, placed as the run placed it: the
 // conversion factor first, then the translation of "Lcl2Gbl.dat". Reads only; throws InspectError.
 InspectRun LoadInspectRun(const std::string& strRunDir, const std::string& strProject);
+
+// The rotor discs of a project text, placed as the generator places them: centre and radius
+// scaled by the conversion factor (the radius by its X part), an absolute half thickness by its Z
+// part, a relative one being a ratio of the radius; then moved by the translation. A disc whose
+// centre or radius is not given is left out. Throws InspectError when the file can't be read.
+std::vector<InspectRotor> ReadRotors(const std::string& strProject,
+                                     const FEL_vector3<float>& v3fScale,
+                                     const FEL_vector3<float>& v3fTranslation);
 
 // Reads a body-cell list: the first "# Num. of Body Cells:" line, its count, and for a count
 // above 0 a header line and that many "I, J, K" lines. False if the file has no such line; throws
@@ -59,5 +77,6 @@ int CellOfCoordinate(const std::vector<float>& vecAxis, double dbl, bool blnUppe
 
 // Surface of a mesh (every zone: the triangles of unstructured zones, the last plane of
 // structured ones split into two triangles a quadrilateral), with the vertices of placed: the same
-// mesh wrapped in transformations.
+// mesh wrapped in transformations. A triangle is kept as the run's triangulation of placed keeps
+// it.
 InspectSurface SurfaceOfMesh(const FEL_mesh& mesh, const FEL_mesh& placed);

