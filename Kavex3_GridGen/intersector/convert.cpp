@@ -22,6 +22,26 @@ bool SameVertex(const FEL_vector3<float>& a, const FEL_vector3<float>& b) {
 }
 }  // namespace
 
+bool IsDroppedTriangle(const FEL_vector3<float> v[3]) {
+    return SameVertex(v[0], v[1]) || SameVertex(v[1], v[2]) || SameVertex(v[2], v[0]);
+}
+
+long CountDroppedTriangles(FEL_pointer<FEL_mesh> mesh, std::vector<FEL_vector3<float>>* kept) {
+    if (mesh->is_structured_mesh()) return 0;
+    mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, 2);
+    long dropped = 0;
+    FEL_cell_iter it;
+    FEL_vector3<float> v[8];
+    for (mesh->begin(&it); !it.done; ++it) {
+        mesh->coordinates_at_cell(it.cell, v);
+        if (IsDroppedTriangle(v))
+            ++dropped;
+        else if (kept)
+            kept->insert(kept->end(), v, v + 3);
+    }
+    return dropped;
+}
+
 void ConvertTriangles(FEL_pointer<FEL_mesh> mesh, std::vector<Triangle*>& triangles) {
     if (!mesh->is_structured_mesh()) {
         ConvertUnstructuredTriangles(mesh, triangles);
@@ -65,7 +85,7 @@ void ConvertUnstructuredTriangles(FEL_pointer<FEL_mesh> mesh, std::vector<Triang
     FEL_vector3<float> v[8];
     for (mesh->begin(&it); !it.done; ++it) {
         mesh->coordinates_at_cell(it.cell, v);
-        if (SameVertex(v[0], v[1]) || SameVertex(v[1], v[2]) || SameVertex(v[2], v[0])) continue;
+        if (IsDroppedTriangle(v)) continue;
         triangles.push_back(new Triangle(Wide(v[0]), Wide(v[1]), Wide(v[2])));
     }
 }

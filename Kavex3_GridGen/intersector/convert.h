@@ -12,3 +12,10 @@
 void ConvertTriangles(FEL_pointer<FEL_mesh> mesh, std::vector<Triangle*>& triangles);
 // Simplicial cells, first three vertices; a cell with two FEL_Close vertices is dropped.
 void ConvertUnstructuredTriangles(FEL_pointer<FEL_mesh> mesh, std::vector<Triangle*>& triangles);
+
+// The rule of the unstructured path: a triangle with two vertices equal under FEL_Close is dropped.
+// Applied in the grid's frame, so it depends on where the body stands, not only on its shape.
+bool IsDroppedTriangle(const FEL_vector3<float> v[3]);
+// The number of cells of a zone that the triangulation drops (none for a structured zone), without
+// making triangles; the vertices of the kept ones are appended to kept, three each, unless null.
+long CountDroppedTriangles(FEL_pointer<FEL_mesh> mesh, std::vector<FEL_vector3<float>>* kept);
