@@ -9,7 +9,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 what=${1:-test}
 
-packages="cmake g++ make libboost-filesystem-dev libboost-system-dev libgtest-dev libgmock-dev libbenchmark-dev libpng-dev python3-meshio"
+packages="cmake g++ make libboost-filesystem-dev libboost-system-dev libgtest-dev libgmock-dev libbenchmark-dev libpng-dev python3-meshio nlohmann-json3-dev"
 missing=""
 for p in $packages; do
   dpkg -s "$p" >/dev/null 2>&1 || missing="$missing $p"

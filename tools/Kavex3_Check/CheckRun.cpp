@@ -4,6 +4,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -174,7 +175,13 @@ int CheckMain(int argc, char** argv) {
         std::cerr << "Kavex3_Check: " << error << "\n\n" << kUsage;
         return 1;
     }
-    const CheckResult result = RunCheck(options);
+    CheckResult result = RunCheck(options);
+    // In file and line order, as a compiler reports; whole-file diagnostics first.
+    std::stable_sort(result.vecDiagnostics.begin(), result.vecDiagnostics.end(),
+                     [](const CheckDiagnostic& a, const CheckDiagnostic& b) {
+                         return a.strFile != b.strFile ? a.strFile < b.strFile
+                                                       : a.intLine < b.intLine;
+                     });
     if (options.blnJson) {
         WriteJson(result, std::cout);
     } else {

@@ -157,7 +157,7 @@ TEST(Kavex3Check, MissingOrEmptyProjectAndMissingRotorFile) {
                             ? RunProgram(KAVEX3_CHECK_EXE, arguments, copy.dir.Path())
                             : copy.Check(arguments);
         EXPECT_EQ(run.status, 1);
-        EXPECT_EQ(run.strStdout.substr(0, row.expected.size()), row.expected);
+        EXPECT_NE(run.strStdout.find(row.expected), std::string::npos) << run.strStdout;
     }
     const RunResult missing = RunProgram(KAVEX3_CHECK_EXE, {"none.Grid"}, copy.dir.Path());
     EXPECT_EQ(missing.status, 1);
