@@ -10,6 +10,7 @@
 #include <cstring>
 #include <unordered_map>
 
+#include "FEL_cell.h"
 #include "FEL_exception.h"
 #include "driver/ReadGridFile.h"
 #include "intersector/convert.h"
@@ -76,46 +77,44 @@ struct BodyCheck {
         return false;
     }
 
-    // False when the surface can't shape a grid.
+    // False when the surface can't shape a grid: a vertex not finite, no vertex, or no extent
+    // on an axis. Whether it is closed is told in the grid's frame, where the run sees it.
     bool Shape() {
-        std::vector<FEL_vector3<float>> vertices;
-        for (int z = 0; z < body.pMesh->get_n_zones(); ++z)
-            CountDroppedTriangles(body.pMesh->get_zone(z), &vertices);
-        if (vertices.empty()) {
-            Say(true, "the surface holds no triangles");
-            return false;
-        }
-        float lo[3], hi[3];
-        for (int a = 0; a < 3; ++a) lo[a] = hi[a] = vertices[0][a];
-        for (std::size_t i = 0; i < vertices.size(); ++i) {
-            for (int a = 0; a < 3; ++a) {
-                const float c = vertices[i][a];
-                if (!std::isfinite(c)) {
+        float lo[3] = {HUGE_VALF, HUGE_VALF, HUGE_VALF},
+              hi[3] = {-HUGE_VALF, -HUGE_VALF, -HUGE_VALF};
+        long vertices = 0;
+        for (int z = 0; z < body.pMesh->get_n_zones(); ++z) {
+            FEL_pointer<FEL_mesh> zone = body.pMesh->get_zone(z);
+            FEL_vertex_cell_iter it;
+            FEL_vector3<float> v;
+            for (zone->begin(&it); !it.done; ++it, ++vertices) {
+                zone->coordinates_at_vertex_cell(it.cell, &v);
+                if (!std::isfinite(v.x) || !std::isfinite(v.y) || !std::isfinite(v.z)) {
                     char text[160];
-                    std::snprintf(text, sizeof text,
-                                  "triangle %zu has a vertex that is not finite (%g, %g, %g)",
-                                  i / 3 + 1, vertices[i].x, vertices[i].y, vertices[i].z);
+                    std::snprintf(text, sizeof text, "vertex %ld is not finite (%g, %g, %g)",
+                                  vertices + 1, v.x, v.y, v.z);
                     Say(true, text);
                     return false;
                 }
-                lo[a] = std::min(lo[a], c);
-                hi[a] = std::max(hi[a], c);
+                for (int a = 0; a < 3; ++a) {
+                    lo[a] = std::min(lo[a], v[a]);
+                    hi[a] = std::max(hi[a], v[a]);
+                }
             }
         }
+        if (vertices == 0) {
+            Say(true, "the surface holds no triangles");
+            return false;
+        }
         bool blnExtent = true;
-        for (int a = 0; a < 3; ++a)
-            if (lo[a] == hi[a]) {
-                blnExtent = false;
-                Say(true, std::string("the surface has no extent along ") + "XYZ"[a] +
-                              " (all its vertices at " + std::to_string(lo[a]) +
-                              "): its box gives the " + "XYZ"[a] +
-                              " grid line a single distinct point");
-            }
-        const long open = OpenEdgeCount(vertices);
-        if (open > 0)
-            Say(false, std::to_string(open) +
-                           " open edges: the surface is not closed, and the exterior fill can "
-                           "get inside it");
+        for (int a = 0; a < 3; ++a) {
+            if (lo[a] != hi[a]) continue;
+            blnExtent = false;
+            Say(true, std::string("the surface has no extent along ") + "XYZ"[a] +
+                          " (all its vertices at " + std::to_string(lo[a]) +
+                          "): its box gives the " + "XYZ"[a] +
+                          " grid line a single distinct point");
+        }
         return blnExtent;
     }
 };

@@ -53,7 +53,10 @@ void WriteSummary(const CheckSummary& s, std::ostream& os) {
     os << "Cells: " << s.intCells;
     if (s.blnSizesExact) os << " (" << s.intGeneratorBodyCells << " blocked)";
     os << '\n';
-    const char* strMore = s.blnSizesExact ? "" : ", plus one line per cell the surfaces block";
+    const char* strMore = s.blnSizesExact
+                              ? ""
+                              : " as the line generator writes it; the run then rewrites "
+                                "it with the cells that the surfaces block";
     os << "KX3.grid.dat: " << Bytes(s.intGridFileBytes) << strMore << '\n';
     os << s.strSolverFile << ": " << Bytes(s.intSolverFileBytes) << strMore << '\n';
     os << "Peak memory of the run, estimated: " << Bytes(s.intPeakMemoryBytes) << '\n';

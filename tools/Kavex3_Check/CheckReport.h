@@ -29,8 +29,8 @@ struct CheckSummary {
     std::string strSolverFile;
     long long intGridFileBytes = 0;
     long long intSolverFileBytes = 0;
-    // With surface bodies the run appends the blocked cells it finds by intersection: the sizes
-    // above then hold everything else, and each such cell adds one "I, J, K" line to both files.
+    // With surface bodies these are the sizes of the files as the line generator writes them; the
+    // run rewrites both with the cells that the intersection blocks, which only the run finds.
     bool blnSizesExact = true;
     long long intPeakMemoryBytes = 0;
     long long intFreeBytes = -1;  // in the run directory; -1 without one

@@ -54,6 +54,23 @@ std::string Ball(double r, int lon, int bands) {
     return stl + "endsolid ball\n";
 }
 
+// Binary STL of two facets sharing the edge (0,0,0)-(0,1,1); the second one's third vertex is
+// (1, 0, +inf).
+std::string InfiniteVertex() {
+    std::string stl(80, '\0');
+    auto word = [&stl](const void* p) { stl.append(static_cast<const char*>(p), 4); };
+    const std::uint32_t count = 2;
+    word(&count);
+    const float inf = HUGE_VALF;
+    const float facets[2][12] = {{0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 1},
+                                 {0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 0, inf}};
+    for (const auto& f : facets) {
+        for (const float& v : f) word(&v);
+        stl.append(2, '\0');
+    }
+    return stl;
+}
+
 // A flat square in the plane z = 0, two facets.
 const char* const kPlate =
     "solid plate\n facet normal 0 0 1\n  outer loop\n   vertex 0 0 0\n   vertex 1 0 0\n"
@@ -66,7 +83,7 @@ struct Mistake {
     const char* project;
     const char* from;
     const char* to;
-    const char* extraFile;  // written into the copy as "extra.stl"
+    std::string extraFile;  // written into the copy as "extra.stl" unless empty
     const char* expected;   // one line of the output; "@" stands for the copy's directory
 };
 
@@ -74,29 +91,27 @@ TEST(Kavex3Check, EachMistakeIsAnErrorWithItsFileAndLine) {
     const std::string ball = Ball(0.1, 60, 40);  // 4,680 facets
     const Mistake rows[] = {
         {"misspelt keyword", "stl_body", "pyramid.Grid", "number of Grids: 12",
-         "numbr of Grids: 12", nullptr,
+         "numbr of Grids: 12", "",
          "pyramid.Grid:25: error: 'numbr of Grids: 12' is passed over in a grid spec record; did "
          "you mean 'number of Grids:'?"},
-        {"misspelt body line", "stl_body", "pyramid.Grid", "Points File:", "Points Fiel:", nullptr,
+        {"misspelt body line", "stl_body", "pyramid.Grid", "Points File:", "Points Fiel:", "",
          "pyramid.Grid:12: error: a body's second line must hold \"Points File: \": the run stops "
          "reading the project here"},
-        {"misspelt section", "stl_body", "pyramid.Grid", "Body Y-GridSpec", "Body Y-GridSpek",
-         nullptr,
+        {"misspelt section", "stl_body", "pyramid.Grid", "Body Y-GridSpec", "Body Y-GridSpek", "",
          "pyramid.Grid:35: error: 'Body Y-GridSpek' is passed over outside any section; did you "
          "mean 'Body Y-GridSpec'? Everything up to the next section is passed over with it."},
-        {"section not closed", "cut_body", "block.Grid", "End Z-Grid Spec", "", nullptr,
+        {"section not closed", "cut_body", "block.Grid", "End Z-Grid Spec", "", "",
          "block.Grid:54: error: never closed: 'End Z-Grid Spec' expected before the end of the "
          "project"},
         {"text outside sections", "cut_body", "block.Grid", "Start Options",
-         "Options\nStart Options", nullptr,
+         "Options\nStart Options", "",
          "block.Grid:2: error: 'Options' is passed over outside any section"},
-        {"unknown body type", "stl_body", "pyramid.Grid", "type: STL", "type: STl", nullptr,
+        {"unknown body type", "stl_body", "pyramid.Grid", "type: STL", "type: STl", "",
          "pyramid.Grid:11: error: unknown body type 'STl': the run ignores this body; did you "
          "mean 'STL'?"},
-        {"body without points", "rotor_disc", "rotor.Grid", "type: Z-Plane Rotor", "name: Disc",
-         nullptr, "rotor.Grid:9: error: body without a \"type: \" line: the run ignores it"},
-        {"missing body file", "stl_body", "pyramid.Grid", "File: pyramid.stl", "File: gone.stl",
-         nullptr,
+        {"body without points", "rotor_disc", "rotor.Grid", "type: Z-Plane Rotor", "name: Disc", "",
+         "rotor.Grid:9: error: body without a \"type: \" line: the run ignores it"},
+        {"missing body file", "stl_body", "pyramid.Grid", "File: pyramid.stl", "File: gone.stl", "",
          "pyramid.Grid:12: error: body 1 ('gone.stl'): cannot open its surface 'gone.stl' "
          "(relative to @): No such file or directory"},
         {"body file of no form", "stl_body", "pyramid.Grid", "File: pyramid.stl", "File: extra.stl",
@@ -106,25 +121,28 @@ TEST(Kavex3Check, EachMistakeIsAnErrorWithItsFileAndLine) {
         {"flat body", "stl_body", "pyramid.Grid", "File: pyramid.stl", "File: extra.stl", kPlate,
          "pyramid.Grid:12: error: body 1 ('extra.stl'): the surface has no extent along Z (all its "
          "vertices at 0.000000): its box gives the Z grid line a single distinct point"},
-        {"missing layer file", "cut_body", "block.Grid", "layers.dat", "nolayers.dat", nullptr,
+        {"infinite vertex", "stl_body", "pyramid.Grid", "File: pyramid.stl", "File: extra.stl",
+         InfiniteVertex(),
+         "pyramid.Grid:12: error: body 1 ('extra.stl'): vertex 4 is not finite (1, 0, inf)"},
+        {"missing layer file", "cut_body", "block.Grid", "layers.dat", "nolayers.dat", "",
          "block.Grid:6: error: cannot open the layer file 'nolayers.dat' (relative to @): No such "
          "file or directory"},
         {"unknown body in a spec", "stl_body", "pyramid.Grid", "from: Pyramid L1.0",
-         "from: Pyramd L1.0", nullptr,
+         "from: Pyramd L1.0", "",
          "pyramid.Grid:29: error: the run stops: Incorrect body name 'Pyramd'"},
         {"count the worker refuses", "cut_body", "block.Grid", "number of Grids: 6",
-         "number of Grids: 1e9", nullptr,
+         "number of Grids: 1e9", "",
          "block.Grid:20: error: the run stops: file 'block.Grid', X number of Grids = 1000000000: "
          "an axis holds at most 32767 cells"},
         {"body lost far from the origin", "stl_body", "pyramid.Grid", "(0.0,0.0,0.0)",
-         "(100.0,100.0,100.0)", nullptr, nullptr},
+         "(100.0,100.0,100.0)", "", nullptr},
     };
     for (const Mistake& row : rows) {
         SCOPED_TRACE(row.name);
         ExampleCopy copy(row.example, row.project);
         copy.Replace(row.from, row.to);
         std::string expected = row.expected ? row.expected : "";
-        if (row.extraFile) WriteWholeFile(copy.dir / "extra.stl", row.extraFile);
+        if (!row.extraFile.empty()) WriteWholeFile(copy.dir / "extra.stl", row.extraFile);
         if (!row.expected) {  // the ball, placed where the grid starts at (100, 100, 100)
             WriteWholeFile(copy.dir / "extra.stl", ball);
             copy.Replace("File: pyramid.stl", "File: extra.stl");
