@@ -67,7 +67,8 @@ long long FileSize(const std::string& path) {
 }
 
 // Everything runs as in the worker up to the files of the run; what the parent needs is sent as
-// lines: "T tx ty tz", "A n p...", "C cells", "S grid solver", "B body dropped total open".
+// lines: "T tx ty tz", "A n p...", "C cells", "F solver file", "S grid solver", "O body axis"
+// (outside the grid) and "B body dropped total open".
 void ChildRun(const GeneratorCheck& job) {
     std::vector<_BodyStruct> bodies = job.vecBodies;
     for (std::size_t i = 0; i < bodies.size(); ++i)
@@ -112,6 +113,11 @@ void ChildRun(const GeneratorCheck& job) {
         long dropped = 0;
         for (int z = 0; z < bodies[i].pMesh->get_n_zones(); ++z)
             dropped += CountDroppedTriangles(bodies[i].pMesh->get_zone(z), &kept);
+        FEL_vector3<float> lo, hi;
+        bodies[i].pMesh->get_bounding_box(&lo, &hi);
+        for (int a = 0; a < 3; ++a)
+            if (lo[a] < finalgdpts[a][0] || hi[a] > finalgdpts[a][Nfinalgdpts[a] - 1])
+                Send("O " + std::to_string(i) + ' ' + std::to_string(a) + '\n');
         Send("B " + std::to_string(i) + ' ' + std::to_string(dropped) + ' ' +
              std::to_string(dropped + long(kept.size() / 3)) + ' ' +
              std::to_string(OpenEdgeCount(kept)) + '\n');
@@ -188,6 +194,14 @@ struct Parent {
                            " neighbours differ by more than the ratio");
     }
 
+    void Outside(std::size_t i, int a) {
+        const int line = i < layout.vecBodyPointsLines.size() ? layout.vecBodyPointsLines[i] : 0;
+        result.Add(job.strProject, line, false,
+                   "body " + std::to_string(i + 1) + " ('" + job.vecBodies[i].strPointsFile +
+                       "') reaches beyond the grid along " + "XYZ"[a] +
+                       ": the cells cover only part of it");
+    }
+
     // What the triangulation leaves of a surface body in the grid's frame.
     void Remains(std::size_t i, long dropped, long total, long open) {
         const int line = i < layout.vecBodyPointsLines.size() ? layout.vecBodyPointsLines[i] : 0;
@@ -246,6 +260,11 @@ struct Parent {
                 long dropped, total, open;
                 in >> i >> dropped >> total >> open;
                 Remains(i, dropped, total, open);
+            } else if (tag == "O") {
+                std::size_t i;
+                int a;
+                in >> i >> a;
+                Outside(i, a);
             } else if (tag == "F") {
                 in >> std::ws;
                 std::getline(in, s.strSolverFile);
