@@ -2,6 +2,7 @@
 #include "CheckRun.h"
 
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -125,6 +126,9 @@ void CheckLayerFile(const std::string& strProject, const ProjectLayout& layout, 
 CheckResult RunCheck(const CheckOptions& o) {
     CheckResult result;
     if (!o.strRotor.empty()) Readable(o.strRotor, "the rotor file", result);
+    struct stat info;
+    if (!o.strRunDir.empty() && (stat(o.strRunDir.c_str(), &info) != 0 || !S_ISDIR(info.st_mode)))
+        result.Add(o.strRunDir, 0, true, "the run directory does not exist");
     if (!Readable(o.strProject, "the project", result)) return result;
     const std::vector<std::string> vecProject = Lines(o.strProject);
     bool blnEmpty = true;
