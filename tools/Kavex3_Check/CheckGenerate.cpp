@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 #include "CheckBodies.h"
 #include "driver/FinalOutput.h"
@@ -66,6 +67,30 @@ long long FileSize(const std::string& path) {
     return in ? static_cast<long long>(in.tellg()) : 0;
 }
 
+// Each surface body as the run places it (TranslateToGlobal reads the translation file that the
+// generator wrote): what the triangulation drops of it, what remains open, where it leaves the
+// grid.
+std::string BodiesInGridFrame(const GeneratorCheck& job, std::vector<_BodyStruct> bodies) {
+    TranslateToGlobal(bodies, job.v3fConversionFactor, job.strScratch);
+    std::string text;
+    for (std::size_t i = 0; i < bodies.size(); ++i) {
+        if (bodies[i].eBodyType <= BODY_ZCUT || bodies[i].pMesh.null()) continue;
+        std::vector<FEL_vector3<float>> kept;
+        long dropped = 0;
+        for (int z = 0; z < bodies[i].pMesh->get_n_zones(); ++z)
+            dropped += CountDroppedTriangles(bodies[i].pMesh->get_zone(z), &kept);
+        FEL_vector3<float> lo, hi;
+        bodies[i].pMesh->get_bounding_box(&lo, &hi);
+        for (int a = 0; a < 3; ++a)
+            if (lo[a] < finalgdpts[a][0] || hi[a] > finalgdpts[a][Nfinalgdpts[a] - 1])
+                text += "O " + std::to_string(i) + ' ' + std::to_string(a) + '\n';
+        text += "B " + std::to_string(i) + ' ' + std::to_string(dropped) + ' ' +
+                std::to_string(dropped + long(kept.size() / 3)) + ' ' +
+                std::to_string(OpenEdgeCount(kept)) + '\n';
+    }
+    return text;
+}
+
 // Everything runs as in the worker up to the files of the run; what the parent needs is sent as
 // lines: "T tx ty tz", "A n p...", "C cells", "F solver file", "S grid solver", "O body axis"
 // (outside the grid) and "B body dropped total open".
@@ -97,31 +122,18 @@ void ChildRun(const GeneratorCheck& job) {
        << (gd_options.solverInpFile && gd_options.solverInpFile[0] ? gd_options.solverInpFile
                                                                    : "SolverGdInp.dat")
        << '\n';
+    // The bodies in the grid's frame on a second thread while the files are measured.
+    std::string strBodies;
+    std::thread bodyThread([&] { strBodies = BodiesInGridFrame(job, bodies); });
     const std::string strSolver = job.strScratch + "//solver";
     wr_solver_input_file(strSolver.c_str());
     long long intGridBytes = 0;
     FILE* counter = fopencookie(&intGridBytes, "w", {nullptr, CountBytes, nullptr, nullptr});
     wr_grid_file(counter, !blnSurfaces, t, Nfinalgdpts, finalgdpts);
     std::fclose(counter);
-    os << "S " << intGridBytes << ' ' << FileSize(strSolver) << '\n';
+    bodyThread.join();
+    os << "S " << intGridBytes << ' ' << FileSize(strSolver) << '\n' << strBodies;
     Send(os.str());
-
-    TranslateToGlobal(bodies, job.v3fConversionFactor, job.strScratch);
-    for (std::size_t i = 0; i < bodies.size(); ++i) {
-        if (bodies[i].eBodyType <= BODY_ZCUT || bodies[i].pMesh.null()) continue;
-        std::vector<FEL_vector3<float>> kept;
-        long dropped = 0;
-        for (int z = 0; z < bodies[i].pMesh->get_n_zones(); ++z)
-            dropped += CountDroppedTriangles(bodies[i].pMesh->get_zone(z), &kept);
-        FEL_vector3<float> lo, hi;
-        bodies[i].pMesh->get_bounding_box(&lo, &hi);
-        for (int a = 0; a < 3; ++a)
-            if (lo[a] < finalgdpts[a][0] || hi[a] > finalgdpts[a][Nfinalgdpts[a] - 1])
-                Send("O " + std::to_string(i) + ' ' + std::to_string(a) + '\n');
-        Send("B " + std::to_string(i) + ' ' + std::to_string(dropped) + ' ' +
-             std::to_string(dropped + long(kept.size() / 3)) + ' ' +
-             std::to_string(OpenEdgeCount(kept)) + '\n');
-    }
 }
 
 std::string ReadAll(int fd) {

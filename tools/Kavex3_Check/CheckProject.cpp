@@ -65,17 +65,22 @@ struct TextWalk {
             if (other >= 0) message += std::string(": it belongs ") + kStateNames[other];
         }
         if (blnSkipping) return;
-        // The run passes over a misspelt section whole; its lines need no word of their own.
+        // After a misspelt section header or end keyword the run passes over what follows up to
+        // the next keyword it knows there; those lines need no word of their own.
         if (intState == SPEC_TOP && !near.empty()) {
             blnSkipping = true;
             message += " Everything up to the next section is passed over with it.";
+        } else if (!near.empty() && near == Trimmed(spec_keywords(intState)[0].key)) {
+            blnSkipping = true;
+            message +=
+                " The section goes on, and what follows is passed over up to a line it reads.";
         }
         Error(intLine, message);
     }
 
     void Keyword(int intLine, const SpecKeyword& k, const char* value) {
         const std::string key = k.key;
-        if (intState == SPEC_TOP) blnSkipping = false;
+        blnSkipping = false;
         if (intState == SPEC_BODY) {
             if (key == "type: ") TypeWord(intLine, value);
             if (key == "Points File: ") blnPoints = true;
@@ -93,7 +98,9 @@ struct TextWalk {
         if (k.next == SPEC_BACK_TO_SECTION) {
             intState = intSection;
         } else if (k.next != SPEC_STAY) {
-            aintOpened[k.next] = intLine;
+            // A record's end leads back into its section, which stays opened where it was.
+            if (intState == SPEC_TOP || k.next == SPEC_BODY || k.next == SPEC_GDSPEC)
+                aintOpened[k.next] = intLine;
             intState = k.next;
         }
     }
@@ -162,8 +169,8 @@ ProjectLayout CheckProjectText(const std::string& strProject,
     if (!walk.layout.blnTruncated) walk.Unclosed();
     for (int a = 0; a < 3 && !walk.layout.blnTruncated; ++a)
         if (!walk.layout.aintSectionLines[a])
-            walk.Error(0, std::string("no '") + spec_keywords(SPEC_TOP)[2 + a].key +
-                              "' section: the " + "XYZ"[a] + " grid line has no grid specs");
+            walk.Error(0, std::string("the ") + "XYZ"[a] + " grid line gets no grid specs: no '" +
+                              spec_keywords(SPEC_TOP)[2 + a].key + "' section is read");
     return walk.layout;
 }
 
