@@ -93,7 +93,7 @@ void gen_final_grid(const char* specPath, const char* trnsltnPath, double t[3]) 
 
     int16_t shift[3];
     set_final_gdpts(t, shift);
-    if (trnsltnPath) wrtTrnsltn(t[0], t[1], t[2], trnsltnPath);
+    wrtTrnsltn(t[0], t[1], t[2], trnsltnPath);
     if (gd_options.debugLevel > 3)
         std::fprintf(dbg,
                      "\nBody Points Translated By: [%25.18G, %25.18G, %25.18G]\nBody Cells "

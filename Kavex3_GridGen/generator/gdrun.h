@@ -13,7 +13,7 @@ int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX
 
 // The run up to its output files: reads the specification, generates the lines, marks the body
 // cells, adds the layers and builds the final corner points, translating the bodies and their cells
-// by t; writes the translation file to trnsltnPath unless it is null.
+// by t; writes the translation file to trnsltnPath.
 void gen_final_grid(const char* specPath, const char* trnsltnPath, double t[3]);
 
 // Opens the specification text named by the arguments (standard input for argc below 2) and records

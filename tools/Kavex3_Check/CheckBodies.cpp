@@ -13,7 +13,6 @@
 #include "FEL_cell.h"
 #include "FEL_exception.h"
 #include "driver/ReadGridFile.h"
-#include "intersector/convert.h"
 
 namespace Dorva {
 
