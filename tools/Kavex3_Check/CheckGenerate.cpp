@@ -62,9 +62,21 @@ void CopyFile(const std::string& from, const std::string& to) {
     out << in.rdbuf();
 }
 
-long long FileSize(const std::string& path) {
-    std::ifstream in(path.c_str(), std::ios::binary | std::ios::ate);
-    return in ? static_cast<long long>(in.tellg()) : 0;
+// The bytes a writer that opens its file by name writes, counted on a pipe rather than stored.
+long long BytesWrittenTo(void (*writer)(const char* path)) {
+    int fds[2];
+    if (pipe(fds) != 0) return 0;
+    long long bytes = 0;
+    std::thread counter([&] {
+        char buffer[1 << 16];
+        ssize_t n;
+        while ((n = read(fds[0], buffer, sizeof buffer)) > 0) bytes += n;
+    });
+    writer(("/proc/self/fd/" + std::to_string(fds[1])).c_str());
+    close(fds[1]);
+    counter.join();
+    close(fds[0]);
+    return bytes;
 }
 
 // Each surface body as the run places it (TranslateToGlobal reads the translation file that the
@@ -125,14 +137,13 @@ void ChildRun(const GeneratorCheck& job) {
     // The bodies in the grid's frame on a second thread while the files are measured.
     std::string strBodies;
     std::thread bodyThread([&] { strBodies = BodiesInGridFrame(job, bodies); });
-    const std::string strSolver = job.strScratch + "//solver";
-    wr_solver_input_file(strSolver.c_str());
+    const long long intSolverBytes = BytesWrittenTo(wr_solver_input_file);
     long long intGridBytes = 0;
     FILE* counter = fopencookie(&intGridBytes, "w", {nullptr, CountBytes, nullptr, nullptr});
     wr_grid_file(counter, !blnSurfaces, t, Nfinalgdpts, finalgdpts);
     std::fclose(counter);
     bodyThread.join();
-    os << "S " << intGridBytes << ' ' << FileSize(strSolver) << '\n' << strBodies;
+    os << "S " << intGridBytes << ' ' << intSolverBytes << '\n' << strBodies;
     Send(os.str());
 }
 

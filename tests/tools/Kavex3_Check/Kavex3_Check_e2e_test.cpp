@@ -157,6 +157,32 @@ TEST(Kavex3Check, EachMistakeIsAnErrorWithItsFileAndLine) {
     }
 }
 
+// The same ball with the grid starting at (16, 16, 16): thinned out, not lost, and open.
+TEST(Kavex3Check, BallThinnedOutAwayFromTheOriginIsAWarning) {
+    const std::string ball = Ball(0.1, 60, 40);
+    const std::string prefix = "pyramid.Grid:12: warning: body 1 ('extra.stl'): the run drops ";
+    for (const char* start : {"(0.0,0.0,0.0)", "(16.0,16.0,16.0)"}) {
+        ExampleCopy copy("stl_body", "pyramid.Grid");
+        WriteWholeFile(copy.dir / "extra.stl", ball);
+        copy.Replace("File: pyramid.stl", "File: extra.stl");
+        copy.Replace("(0.0,0.0,0.0)", start);
+        const RunResult run = copy.Check();
+        EXPECT_EQ(run.status, 0) << run.strStdout;
+        const std::string::size_type at = run.strStdout.find(prefix);
+        if (start[1] == '0') {  // at the origin nothing is dropped, and the ball is closed
+            EXPECT_EQ(at, std::string::npos) << run.strStdout;
+            EXPECT_EQ(run.strStdout.find("open edges"), std::string::npos) << run.strStdout;
+            continue;
+        }
+        ASSERT_NE(at, std::string::npos) << run.strStdout;
+        const long dropped = std::atol(run.strStdout.c_str() + at + prefix.size());
+        EXPECT_GT(dropped, 0);
+        EXPECT_LT(dropped, 4680);
+        EXPECT_NE(run.strStdout.find(" of 4680 triangles", at), std::string::npos);
+        EXPECT_NE(run.strStdout.find("; what remains has ", at), std::string::npos);
+    }
+}
+
 TEST(Kavex3Check, MissingOrEmptyProjectAndMissingRotorFile) {
     ExampleCopy copy("cut_body", "block.Grid");
     WriteWholeFile(copy.dir / "empty.Grid", "\n  \n");
