@@ -104,7 +104,7 @@ std::string BodiesInGridFrame(const GeneratorCheck& job, std::vector<_BodyStruct
 }
 
 // Everything runs as in the worker up to the files of the run; what the parent needs is sent as
-// lines: "T tx ty tz", "A n p...", "C cells", "F solver file", "S grid solver", "O body axis"
+// lines: "A n p...", "C cells", "F solver file", "S grid solver", "O body axis"
 // (outside the grid) and "B body dropped total open".
 void ChildRun(const GeneratorCheck& job) {
     std::vector<_BodyStruct> bodies = job.vecBodies;
@@ -123,7 +123,6 @@ void ChildRun(const GeneratorCheck& job) {
     gen_final_grid(strGrid.c_str(), (job.strScratch + "//Lcl2Gbl.dat").c_str(), t);
     std::ostringstream os;
     os.precision(17);
-    os << "T " << t[0] << ' ' << t[1] << ' ' << t[2] << '\n';
     for (int a = 0; a < 3; ++a) {
         os << "A " << Nfinalgdpts[a];
         for (int i = 0; i < Nfinalgdpts[a]; ++i) os << ' ' << finalgdpts[a][i];
@@ -263,10 +262,7 @@ struct Parent {
         long long cells = 1;
         int intAxis = 0;
         while (in >> tag) {
-            if (tag == "T") {
-                double t;
-                in >> t >> t >> t;
-            } else if (tag == "A") {
+            if (tag == "A") {
                 int n;
                 in >> n;
                 std::vector<double> p(std::size_t(std::max(n, 0)));
@@ -291,9 +287,6 @@ struct Parent {
             } else if (tag == "F") {
                 in >> std::ws;
                 std::getline(in, s.strSolverFile);
-            } else if (tag == "L") {
-                int line;
-                in >> line;
             }
         }
         s.intCells = cells;
@@ -301,9 +294,14 @@ struct Parent {
     }
 };
 
+// The specification line of a run that the generator ended, from its exit hook's "L n".
 int LineOf(const std::string& text) {
-    const std::string::size_type at = text.rfind("L ");
-    return at == std::string::npos ? 0 : std::atoi(text.c_str() + at + 2);
+    std::istringstream in(text);
+    std::string tag;
+    int line = 0;
+    while (in >> tag)
+        if (tag == "L") in >> line;
+    return line;
 }
 
 }  // namespace
