@@ -42,8 +42,8 @@ struct TextWalk {
     int intState = SPEC_TOP;
     int intSection = SPEC_XSECTION;
     int aintOpened[SPEC_STATES] = {};  // line that entered each state
-    // The body record in progress.
-    bool blnType = false, blnPoints = false, blnRotor = false;
+    // The body record in progress has its type.
+    bool blnType = false;
     bool blnSkipping = false;  // after a misspelt section header
 
     void Error(int intLine, const std::string& text) {
@@ -83,7 +83,6 @@ struct TextWalk {
         blnSkipping = false;
         if (intState == SPEC_BODY) {
             if (key == "type: ") TypeWord(intLine, value);
-            if (key == "Points File: ") blnPoints = true;
             if (key == "#") EndBody();
         }
         if (intState == SPEC_OPTIONS && key == "Layer File: ") {
@@ -94,7 +93,7 @@ struct TextWalk {
             intSection = k.next;
             layout.aintSectionLines[k.next - SPEC_XSECTION] = intLine;
         }
-        if (k.next == SPEC_BODY) blnType = blnPoints = blnRotor = false;
+        if (k.next == SPEC_BODY) blnType = false;
         if (k.next == SPEC_BACK_TO_SECTION) {
             intState = intSection;
         } else if (k.next != SPEC_STAY) {
@@ -109,9 +108,7 @@ struct TextWalk {
     void TypeWord(int intLine, const char* value) {
         blnType = true;
         for (int i = 0; i < 6; ++i) {
-            if (std::string(value).find(spec_body_type_words[i]) == std::string::npos) continue;
-            blnRotor = i >= 3;
-            return;
+            if (std::string(value).find(spec_body_type_words[i]) != std::string::npos) return;
         }
         std::vector<std::string> words(spec_body_type_words, spec_body_type_words + 6);
         words.insert(words.end(), g_astrBodyTypeWords, g_astrBodyTypeWords + BODY_NONE);
@@ -121,10 +118,10 @@ struct TextWalk {
     }
 
     void EndBody() {
-        const int line = aintOpened[SPEC_BODY];
-        if (!blnType) Error(line, "body without a \"type: \" line: the run ignores it");
-        if (blnType && !blnRotor && !blnPoints)
-            Error(line, "body without a \"Points File: \" line: the run has no points for it");
+        // A body the driver reads always reaches the generator with its points file; one without a
+        // type the driver doesn't see, and the generator keeps it without a use.
+        if (!blnType)
+            Error(aintOpened[SPEC_BODY], "body without a \"type: \" line: the run ignores it");
     }
 
     void Unclosed() {
