@@ -12,13 +12,24 @@ static bool Holds(const std::string& line, const char* text) {
     return line.find(text) != std::string::npos;
 }
 
-// The body kind named on a "type:" line, words tested in the order of the kinds.
-static BodyType KindOfTypeLine(const std::string& line) {
-    static const char* const words[] = {"XcutPlanes", "YcutPlanes", "ZcutPlanes", "STL", "Plot3D"};
+const char* const g_astrProjectKeywords[PROJECT_KEYWORDS] = {
+    "Conversion Factor:", "Solver Input File:", "type:", "Debug Level"};
+const char* const g_astrBodyTypeWords[BODY_NONE] = {"XcutPlanes", "YcutPlanes", "ZcutPlanes", "STL",
+                                                    "Plot3D"};
+const char* const g_strPointsFileKey = "Points File: ";
+const char* const g_strUsedInSolverKey = "used in solver:";
+
+BodyType KindOfTypeLine(const std::string& line) {
     for (std::uint32_t kind = BODY_XCUT; kind < BODY_NONE; ++kind) {
-        if (Holds(line, words[kind])) return static_cast<BodyType>(kind);
+        if (Holds(line, g_astrBodyTypeWords[kind])) return static_cast<BodyType>(kind);
     }
     return BODY_NONE;
+}
+
+int ProjectKeywordOf(const std::string& line) {
+    for (int k = 0; k < PROJECT_KEYWORDS; ++k)
+        if (Holds(line, g_astrProjectKeywords[k])) return k;
+    return -1;
 }
 
 // Tests one project line for the driver's keywords, first hit winning; returns the body kind a
@@ -26,7 +37,8 @@ static BodyType KindOfTypeLine(const std::string& line) {
 static BodyType TakeProjectLine(const std::string& gridFile, std::string& line,
                                 std::string& solverInputFile,
                                 FEL_vector3<float>& conversionFactor) {
-    if (Holds(line, "Conversion Factor:")) {
+    const int intKeyword = ProjectKeywordOf(line);
+    if (intKeyword == PROJECT_CONVERSION_FACTOR) {
         const std::string::size_type bracket = line.find('(');
         if (bracket != std::string::npos) {
             float* factor[3] = {&conversionFactor.x, &conversionFactor.y, &conversionFactor.z};
@@ -36,17 +48,17 @@ static BodyType TakeProjectLine(const std::string& gridFile, std::string& line,
             for (int i = 0; i < intScanned; ++i)
                 ck_coord(*factor[i], gridFile.c_str(), "Conversion Factor %c", "XYZ"[i]);
         }
-    } else if (Holds(line, "Solver Input File:")) {
+    } else if (intKeyword == PROJECT_SOLVER_INPUT_FILE) {
         // The keyword's colon comes before any drive colon. Nothing behind it gives an empty path.
         const std::string::size_type start = line.find(':') + 2;
         solverInputFile = start < line.size() ? line.substr(start) : std::string();
-    } else if (Holds(line, "type:")) {
+    } else if (intKeyword == PROJECT_TYPE) {
         const BodyType kind = KindOfTypeLine(line);
         // The generator reads every body as X cut planes, from the cut file the driver supplies.
         if (kind != BODY_NONE && kind != BODY_XCUT)
             line = std::string(28, ' ') + "type: XcutPlanes";
         return kind;
-    } else if (Holds(line, "Debug Level")) {
+    } else if (intKeyword == PROJECT_DEBUG_LEVEL) {
         g_blnDebug = !Holds(line, "0");
     }
     return BODY_NONE;
@@ -67,7 +79,7 @@ bool ReadGridFile(std::string gridFile, std::string& solverInputFile, std::ofstr
         std::getline(project, line);
         if (kind == BODY_NONE) continue;
 
-        static const std::string pointsKey = "Points File: ";
+        static const std::string pointsKey = g_strPointsFileKey;
         const std::string::size_type points = line.find(pointsKey);
         if (points == std::string::npos) return false;
         _BodyStruct body;
@@ -80,7 +92,7 @@ bool ReadGridFile(std::string gridFile, std::string& solverInputFile, std::ofstr
         tempGrid << std::string(21, ' ') << pointsKey << body.strCutFile << std::endl;
 
         std::getline(project, line);
-        if (!Holds(line, "used in solver:")) return false;
+        if (!Holds(line, g_strUsedInSolverKey)) return false;
         bodies.back().blnUsedInSolver = Holds(line, "True");
         tempGrid << line << std::endl;
 

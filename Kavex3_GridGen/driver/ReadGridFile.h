@@ -8,6 +8,25 @@
 #include "FEL_vector3.h"
 #include "intersector/BodyStruct.h"
 
+// The driver's keywords, tested in this order on every project line, the first found winning.
+enum ProjectKeyword {
+    PROJECT_CONVERSION_FACTOR,
+    PROJECT_SOLVER_INPUT_FILE,
+    PROJECT_TYPE,
+    PROJECT_DEBUG_LEVEL,
+    PROJECT_KEYWORDS
+};
+extern const char* const g_astrProjectKeywords[PROJECT_KEYWORDS];
+// The index of the first keyword that line holds, or -1.
+int ProjectKeywordOf(const std::string& line);
+// The words of a "type:" line in the order of the body kinds; the first that the line holds names
+// the kind, BODY_NONE when none does.
+extern const char* const g_astrBodyTypeWords[BODY_NONE];
+BodyType KindOfTypeLine(const std::string& line);
+// A body's second and third lines must hold these, or the reading of the project ends there.
+extern const char* const g_strPointsFileKey;    // "Points File: "
+extern const char* const g_strUsedInSolverKey;  // "used in solver:"
+
 // Copies gridFile line by line to tempGrid (each line flushed, since the generator reads that file
 // while it is open), rewriting every body's type line to X cut planes and its points line to the
 // body's cut file g_strTempDir + "//N-x.cut". Fills solverInputFile, the components of

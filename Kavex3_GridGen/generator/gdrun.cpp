@@ -70,16 +70,8 @@ void set_final_gdpts(double t[3], int16_t shift[3]) {
     ck_grid_points(Nfinalgdpts);
 }
 
-int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX, double* outY,
-                      double* outZ) {
-    *outX = *outY = *outZ = 0.0;
-    if (argc == 2 && std::strcmp(argv[1], "-v") == 0) {
-        std::printf("\n\nGridlet: A Cartesian Structured Grid Generator - Version 1.11.4\n");
-        std::printf("Made by the Kavex3 grid team.\n");
-        return 0;
-    }
-    std::fclose(get_main_lex_data_file_stream(argc, argv));
-    manage_gridgen_input(argv[1]);
+void gen_final_grid(const char* specPath, const char* trnsltnPath, double t[3]) {
+    manage_gridgen_input(specPath);
     genXYZgdsFromSpecs(&Xgdln, &Ygdln, &Zgdln);
     full_span_grids_and_bodies();
     ck_lines_size();
@@ -99,13 +91,9 @@ int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX
     }
     if (gd_options.debugLevel > 3) wr_Bef_Aft_layer_gds(dbg);
 
-    double t[3];
     int16_t shift[3];
     set_final_gdpts(t, shift);
-    wrtTrnsltn(t[0], t[1], t[2], argv[5]);
-    *outX = t[0];
-    *outY = t[1];
-    *outZ = t[2];
+    wrtTrnsltn(t[0], t[1], t[2], trnsltnPath);
     if (gd_options.debugLevel > 3)
         std::fprintf(dbg,
                      "\nBody Points Translated By: [%25.18G, %25.18G, %25.18G]\nBody Cells "
@@ -119,6 +107,23 @@ int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX
         dbgpr_body_cells(dbg, 1, 1, 1,
                          "Body Cells (adjusted to Solver F77 array starting at 1 instead of 0)");
     }
+}
+
+int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX, double* outY,
+                      double* outZ) {
+    *outX = *outY = *outZ = 0.0;
+    if (argc == 2 && std::strcmp(argv[1], "-v") == 0) {
+        std::printf("\n\nGridlet: A Cartesian Structured Grid Generator - Version 1.11.4\n");
+        std::printf("Made by the Kavex3 grid team.\n");
+        return 0;
+    }
+    std::fclose(get_main_lex_data_file_stream(argc, argv));
+    double t[3];
+    gen_final_grid(argv[1], argv[5], t);
+    *outX = t[0];
+    *outY = t[1];
+    *outZ = t[2];
+    FILE* dbg = gd_options.debugStream;
     // Without an Options section no solver input file is named; the usual default is taken.
     wr_solver_input_file(gd_options.solverInpFile && gd_options.solverInpFile[0]
                              ? gd_options.solverInpFile

@@ -11,6 +11,11 @@
 int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX, double* outY,
                       double* outZ);
 
+// The run up to its output files: reads the specification, generates the lines, marks the body
+// cells, adds the layers and builds the final corner points, translating the bodies and their cells
+// by t; writes the translation file to trnsltnPath.
+void gen_final_grid(const char* specPath, const char* trnsltnPath, double t[3]);
+
 // Opens the specification text named by the arguments (standard input for argc below 2) and records
 // its name; with argc 3 and a non-zero argv[2], argv[1] is an indirect file naming the
 // specification, layer and solver input files for pref_options. Failures end the process.

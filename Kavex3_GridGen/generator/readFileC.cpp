@@ -13,6 +13,9 @@
 #include "generator/gdutil.h"
 #include "generator/readFileC_dbg.h"
 
+int gd_spec_line = 0;
+const char* const spec_body_type_words[6] = {"XcutPlanes",    "YcutPlanes",    "ZcutPlanes",
+                                             "X-Plane Rotor", "Y-Plane Rotor", "Z-Plane Rotor"};
 int OptionsDefnDone = 0, BodyDefnsDone = 0, XgdSpecDone = 0, YgdSpecDone = 0, ZgdSpecDone = 0;
 
 static GridLine* crnt_gdln = nullptr;
@@ -165,8 +168,6 @@ void compact_gdspcs_of_gdlines2() {
 
 namespace {
 
-enum class State { Top, Options, Bodies, Body, Section, Spec };
-
 // Lines keep a trailing '\r' of CRLF text as they are: the run driver writes the text with plain
 // line ends, and a name read from CRLF text simply holds the '\r'.
 std::vector<std::string> read_all_lines(const char* path) {
@@ -234,205 +235,212 @@ int read_debug_level(const char* value) {
     return static_cast<int>(level);
 }
 
-// The walk over the lines; each step looks for the keywords of its state in table order.
-struct Walker {
-    State state = State::Top;
-    const char* sectionEnd = nullptr;  // end keyword of the grid section in progress
-    int* sectionDone = nullptr;
-    Rotor* lastRotor = nullptr;
-    const char* v = nullptr;  // value behind the keyword last found
+}  // namespace
 
-    bool has(const char* line, const char* key) {
-        int found;
-        v = getSubstring(line, key, &found);
-        return found;
-    }
+// The walk over the lines: a state's keywords are tried in table order and the first found acts.
+struct SpecWalker {
+    int state = SPEC_TOP;
+    int section = SPEC_XSECTION;  // the grid section that a spec record returns to
+    Rotor* lastRotor = nullptr;
+    const char* v = nullptr;  // value behind the keyword found
 
     void step(const char* line) {
-        switch (state) {
-            case State::Top:
-                top(line);
-                break;
-            case State::Options:
-                options(line);
-                break;
-            case State::Bodies:
-                bodies(line);
-                break;
-            case State::Body:
-                body(line, &allBdys[numBdys - 1]);
-                break;
-            case State::Section:
-                section(line);
-                break;
-            case State::Spec:
-                spec(line, &getAllBdyGdspcs()[getNBdyGdspcs() - 1]);
-                break;
-        }
+        const SpecKeyword* k = spec_keyword_of(state, line, &v);
+        if (!k) return;
+        k->act(*this);
+        if (k->next == SPEC_BACK_TO_SECTION)
+            state = section;
+        else if (k->next != SPEC_STAY)
+            state = k->next;
     }
 
-    void top(const char* line) {
-        if (has(line, "Start Options")) {
-            state = State::Options;
-        } else if (has(line, "Start Body Definitions")) {
-            state = State::Bodies;
-        } else if (has(line, "Body X-GridSpec")) {
-            enterSection(&Xgdln, "End X-Grid Spec", &XgdSpecDone);
-        } else if (has(line, "Body Y-GridSpec")) {
-            enterSection(&Ygdln, "End Y-Grid Spec", &YgdSpecDone);
-        } else if (has(line, "Body Z-GridSpec")) {
-            enterSection(&Zgdln, "End Z-Grid Spec", &ZgdSpecDone);
-        }
-    }
-
-    void enterSection(GridLine* line, const char* end, int* done) {
-        crnt_gdln = line;
-        sectionEnd = end;
-        sectionDone = done;
-        state = State::Section;
-    }
-
-    void options(const char* line) {
-        GdOptions& o = gd_options;
-        if (has(line, "End Options")) {
-            set_derived_options2();
-            OptionsDefnDone = 1;
-            state = State::Top;
-        } else if (has(line, "Grid Start Point: ")) {
-            read_xyz(v, o.gridStart, "Grid Start Point ");
-        } else if (has(line, "Conversion Factor: ")) {
-            read_xyz(v, o.convFactor, "Conversion Factor ");
-        } else if (has(line, "Debug Level: ")) {
-            o.debugLevel = read_debug_level(v);
-        } else if (has(line, "Solver Input File: ")) {
-            o.solverInpFile = strdup(v);
-        } else if (has(line, "Layer File: ")) {
-            o.layerFile = strdup(v);
-        }
-    }
-
-    void bodies(const char* line) {
-        if (has(line, "End Body Definitions")) {
-            bodies_lex_input_done();
-            BodyDefnsDone = 1;
-            set_all_bodies_min_max(&Xgdln.allBdysMin, &Xgdln.allBdysMax, &Ygdln.allBdysMin,
-                                   &Ygdln.allBdysMax, &Zgdln.allBdysMin, &Zgdln.allBdysMax);
-            state = State::Top;
-        } else if (has(line, "New Body")) {
-            new_body_struct();
-            state = State::Body;
-        }
-    }
-
-    void body(const char* line, Body* b) {
-        if (has(line, "#")) {
-            state = State::Bodies;
-        } else if (has(line, "name: ")) {
-            b->name = strdup(v);
-        } else if (has(line, "type: ")) {
-            setType(b);
-        } else if (has(line, "Points File: ")) {
-            b->pointsFile = strdup(v);
-        } else if (has(line, "used in solver: ")) {
-            b->usedInSolver = holdsTrue(v);
-        } else if (lastRotor) {
-            rotorKey(line);
-        }
-        // Rotor keys before any rotor was made have nothing to act on and are ignored.
-    }
-
-    // The rotor keys act on the rotor made last, whichever body it belongs to.
-    void rotorKey(const char* line) {
-        if (has(line, "center: ")) {
-            read_xyz(v, lastRotor->center, "rotor center ");
-        } else if (has(line, "radius: ")) {
-            lastRotor->radius = std::atof(v);
-            ck_coord(lastRotor->radius, gd_options.specFile, "rotor radius");
-        } else if (has(line, "half thickness: ")) {
-            lastRotor->thickness = std::atof(v);
-            ck_coord(lastRotor->thickness, gd_options.specFile, "rotor half thickness");
-        } else if (has(line, "Is Absolute Thickness: ")) {
-            lastRotor->isAbsThickness = holdsTrue(v);
-        }
-    }
-
-    void setType(Body* b) {
-        static const char* const words[] = {"XcutPlanes",    "YcutPlanes",    "ZcutPlanes",
-                                            "X-Plane Rotor", "Y-Plane Rotor", "Z-Plane Rotor"};
-        static const int types[] = {BDY_XCUTPLANES, BDY_YCUTPLANES, BDY_ZCUTPLANES,
-                                    BDY_XROTOR,     BDY_YROTOR,     BDY_ZROTOR};
-        b->type = BDY_NONE;
-        for (int i = 0; i < 6; ++i) {
-            if (!std::strstr(v, words[i])) continue;
-            b->type = types[i];
-            if (is_rotor_type(b->type)) {
-                Rotor* r = static_cast<Rotor*>(std::calloc(1, sizeof(Rotor)));
-                if (!r) perrorNexit("calloc");
-                b->rotor = lastRotor = init_rotor(r);
-            }
-            return;
-        }
-    }
-
-    void section(const char* line) {
-        if (has(line, sectionEnd)) {
-            crnt_gdln->gdspcs = getAllBdyGdspcs();
-            crnt_gdln->nGdspcs = getNBdyGdspcs();
-            reset_newBdyGdspc_parms2();
-            *sectionDone = 1;
-            state = State::Top;
-        } else if (has(line, "New GridSpec")) {
-            newBdyGdspc2();
-            state = State::Spec;
-        }
-    }
-
-    void spec(const char* line, BdyGdspc* s) {
-        const int axis = crnt_gdln->type;
-        if (has(line, "#")) {
-            if (s->to < s->from) {
-                const double from = s->from;
-                s->from = s->to;
-                s->to = from;
-                s->gp_ratio = 1.0 / s->gp_ratio;
-            }
-            state = State::Section;
-        } else if (has(line, "in: ")) {
-            bdy_low_high(body_from_name(v, 1), axis, &s->from, &s->to);
-        } else if (has(line, "from: ")) {
-            s->from = position_value(v, axis, "from: ");
-        } else if (has(line, "to: ")) {
-            s->to = position_value(v, axis, "to: ");
-        } else if (has(line, "number of Grids: ")) {
-            s->nGds = std::atof(v);
-            ck_cells(s->nGds, gd_options.specFile, "%c number of Grids", "XYZ"[axis]);
-        } else if (has(line, "Grid Line On From: ")) {
-            s->FxdFrom = holdsTrue(v);
-        } else if (has(line, "Grid Line On To: ")) {
-            s->FxdTo = holdsTrue(v);
-        } else if (has(line, "GP Ratio: ")) {
-            const double r = std::atof(v);
-            s->gp_ratio = r < 0.0 ? -1.0 / r : r;
-            ck_ratio(s->gp_ratio, gd_options.specFile, "%c GP Ratio %s", "XYZ"[axis], v);
-        } else if (has(line, "Maintain Symmetry About: ")) {
-            const double p = position_value(v, axis, "Maintain Symmetry About: ");
-            if (p != UNSET_DBL) {
-                crnt_gdln->symmPosn = p;
-                crnt_gdln->hasSymm = 1;
-            }
-        }
-    }
+    Body* body() { return &allBdys[numBdys - 1]; }
+    BdyGdspc* spec() { return &getAllBdyGdspcs()[getNBdyGdspcs() - 1]; }
+    int axis() const { return crnt_gdln->type; }
 };
 
+namespace {
+
+void nothing(SpecWalker&) {}
+
+void enterSection(SpecWalker& w, GridLine* line) {
+    crnt_gdln = line;
+    w.section = SPEC_XSECTION + line->type;
+}
+
+void endSection(SpecWalker&) {
+    static int* const done[] = {&XgdSpecDone, &YgdSpecDone, &ZgdSpecDone};
+    crnt_gdln->gdspcs = getAllBdyGdspcs();
+    crnt_gdln->nGdspcs = getNBdyGdspcs();
+    reset_newBdyGdspc_parms2();
+    *done[crnt_gdln->type] = 1;
+}
+
+void endOptions(SpecWalker&) {
+    set_derived_options2();
+    OptionsDefnDone = 1;
+}
+
+void endBodies(SpecWalker&) {
+    bodies_lex_input_done();
+    BodyDefnsDone = 1;
+    set_all_bodies_min_max(&Xgdln.allBdysMin, &Xgdln.allBdysMax, &Ygdln.allBdysMin,
+                           &Ygdln.allBdysMax, &Zgdln.allBdysMin, &Zgdln.allBdysMax);
+}
+
+const int kBodyTypes[] = {BDY_XCUTPLANES, BDY_YCUTPLANES, BDY_ZCUTPLANES,
+                          BDY_XROTOR,     BDY_YROTOR,     BDY_ZROTOR};
+
+void setType(SpecWalker& w) {
+    Body* b = w.body();
+    b->type = BDY_NONE;
+    for (int i = 0; i < 6; ++i) {
+        if (!std::strstr(w.v, spec_body_type_words[i])) continue;
+        b->type = kBodyTypes[i];
+        if (is_rotor_type(b->type)) {
+            Rotor* r = static_cast<Rotor*>(std::calloc(1, sizeof(Rotor)));
+            if (!r) perrorNexit("calloc");
+            b->rotor = w.lastRotor = init_rotor(r);
+        }
+        return;
+    }
+}
+
+// The rotor keys act on the rotor made last, whichever body it belongs to; before any rotor was
+// made they have nothing to act on and are passed over.
+void rotorCenter(SpecWalker& w) {
+    if (w.lastRotor) read_xyz(w.v, w.lastRotor->center, "rotor center ");
+}
+
+void rotorRadius(SpecWalker& w) {
+    if (!w.lastRotor) return;
+    w.lastRotor->radius = std::atof(w.v);
+    ck_coord(w.lastRotor->radius, gd_options.specFile, "rotor radius");
+}
+
+void rotorThickness(SpecWalker& w) {
+    if (!w.lastRotor) return;
+    w.lastRotor->thickness = std::atof(w.v);
+    ck_coord(w.lastRotor->thickness, gd_options.specFile, "rotor half thickness");
+}
+
+void rotorAbsolute(SpecWalker& w) {
+    if (w.lastRotor) w.lastRotor->isAbsThickness = holdsTrue(w.v);
+}
+
+void endSpec(SpecWalker& w) {
+    BdyGdspc* s = w.spec();
+    if (s->to < s->from) {
+        const double from = s->from;
+        s->from = s->to;
+        s->to = from;
+        s->gp_ratio = 1.0 / s->gp_ratio;
+    }
+}
+
+void specRatio(SpecWalker& w) {
+    const double r = std::atof(w.v);
+    BdyGdspc* s = w.spec();
+    s->gp_ratio = r < 0.0 ? -1.0 / r : r;
+    ck_ratio(s->gp_ratio, gd_options.specFile, "%c GP Ratio %s", "XYZ"[w.axis()], w.v);
+}
+
+void specSymmetry(SpecWalker& w) {
+    const double p = position_value(w.v, w.axis(), "Maintain Symmetry About: ");
+    if (p != UNSET_DBL) {
+        crnt_gdln->symmPosn = p;
+        crnt_gdln->hasSymm = 1;
+    }
+}
+
+using W = SpecWalker;
+const SpecKeyword kTop[] = {
+    {"Start Options", SPEC_OPTIONS, nothing},
+    {"Start Body Definitions", SPEC_BODIES, nothing},
+    {"Body X-GridSpec", SPEC_XSECTION, [](W& w) { enterSection(w, &Xgdln); }},
+    {"Body Y-GridSpec", SPEC_YSECTION, [](W& w) { enterSection(w, &Ygdln); }},
+    {"Body Z-GridSpec", SPEC_ZSECTION, [](W& w) { enterSection(w, &Zgdln); }},
+    {nullptr, 0, nullptr}};
+const SpecKeyword kOptions[] = {
+    {"End Options", SPEC_TOP, endOptions},
+    {"Grid Start Point: ", SPEC_STAY,
+     [](W& w) { read_xyz(w.v, gd_options.gridStart, "Grid Start Point "); }},
+    {"Conversion Factor: ", SPEC_STAY,
+     [](W& w) { read_xyz(w.v, gd_options.convFactor, "Conversion Factor "); }},
+    {"Debug Level: ", SPEC_STAY, [](W& w) { gd_options.debugLevel = read_debug_level(w.v); }},
+    {"Solver Input File: ", SPEC_STAY, [](W& w) { gd_options.solverInpFile = strdup(w.v); }},
+    {"Layer File: ", SPEC_STAY, [](W& w) { gd_options.layerFile = strdup(w.v); }},
+    {nullptr, 0, nullptr}};
+const SpecKeyword kBodies[] = {{"End Body Definitions", SPEC_TOP, endBodies},
+                               {"New Body", SPEC_BODY, [](W&) { new_body_struct(); }},
+                               {nullptr, 0, nullptr}};
+const SpecKeyword kBody[] = {
+    {"#", SPEC_BODIES, nothing},
+    {"name: ", SPEC_STAY, [](W& w) { w.body()->name = strdup(w.v); }},
+    {"type: ", SPEC_STAY, setType},
+    {"Points File: ", SPEC_STAY, [](W& w) { w.body()->pointsFile = strdup(w.v); }},
+    {"used in solver: ", SPEC_STAY, [](W& w) { w.body()->usedInSolver = holdsTrue(w.v); }},
+    {"center: ", SPEC_STAY, rotorCenter},
+    {"radius: ", SPEC_STAY, rotorRadius},
+    {"half thickness: ", SPEC_STAY, rotorThickness},
+    {"Is Absolute Thickness: ", SPEC_STAY, rotorAbsolute},
+    {nullptr, 0, nullptr}};
+// The end keywords aren't checked against the section: each section looks only for its own.
+const SpecKeyword kXSection[] = {{"End X-Grid Spec", SPEC_TOP, endSection},
+                                 {"New GridSpec", SPEC_GDSPEC, [](W&) { newBdyGdspc2(); }},
+                                 {nullptr, 0, nullptr}};
+const SpecKeyword kYSection[] = {{"End Y-Grid Spec", SPEC_TOP, endSection},
+                                 {"New GridSpec", SPEC_GDSPEC, [](W&) { newBdyGdspc2(); }},
+                                 {nullptr, 0, nullptr}};
+const SpecKeyword kZSection[] = {{"End Z-Grid Spec", SPEC_TOP, endSection},
+                                 {"New GridSpec", SPEC_GDSPEC, [](W&) { newBdyGdspc2(); }},
+                                 {nullptr, 0, nullptr}};
+const SpecKeyword kGdspec[] = {
+    {"#", SPEC_BACK_TO_SECTION, endSpec},
+    {"in: ", SPEC_STAY,
+     [](W& w) { bdy_low_high(body_from_name(w.v, 1), w.axis(), &w.spec()->from, &w.spec()->to); }},
+    {"from: ", SPEC_STAY, [](W& w) { w.spec()->from = position_value(w.v, w.axis(), "from: "); }},
+    {"to: ", SPEC_STAY, [](W& w) { w.spec()->to = position_value(w.v, w.axis(), "to: "); }},
+    {"number of Grids: ", SPEC_STAY,
+     [](W& w) {
+         w.spec()->nGds = std::atof(w.v);
+         ck_cells(w.spec()->nGds, gd_options.specFile, "%c number of Grids", "XYZ"[w.axis()]);
+     }},
+    {"Grid Line On From: ", SPEC_STAY, [](W& w) { w.spec()->FxdFrom = holdsTrue(w.v); }},
+    {"Grid Line On To: ", SPEC_STAY, [](W& w) { w.spec()->FxdTo = holdsTrue(w.v); }},
+    {"GP Ratio: ", SPEC_STAY, specRatio},
+    {"Maintain Symmetry About: ", SPEC_STAY, specSymmetry},
+    {nullptr, 0, nullptr}};
+
 }  // namespace
+
+const SpecKeyword* spec_keywords(int state) {
+    static const SpecKeyword* const tables[SPEC_STATES] = {
+        kTop, kOptions, kBodies, kBody, kXSection, kYSection, kZSection, kGdspec};
+    return tables[state];
+}
+
+const SpecKeyword* spec_keyword_of(int state, const char* line, const char** value) {
+    for (const SpecKeyword* k = spec_keywords(state); k->key; ++k) {
+        int found;
+        *value = getSubstring(line, k->key, &found);
+        if (found) return k;
+    }
+    return nullptr;
+}
 
 void manage_gridgen_input(const char* path) {
     const std::vector<std::string> lines = read_all_lines(path);
     init_all_grid_lines2();
     init_options2();
     gd_options.specFile = strdup(path);  // names the file in messages about its values
-    Walker walker;
-    for (const std::string& line : lines) walker.step(line.c_str());
+    SpecWalker walker;
+    gd_spec_line = 0;
+    for (const std::string& line : lines) {
+        ++gd_spec_line;
+        walker.step(line.c_str());
+    }
+    gd_spec_line = 0;
     compact_gdspcs_of_gdlines2();
     if (gd_options.debugLevel > 5)
         dbgpr_gridLines_info2(gd_options.debugStream,

@@ -37,5 +37,37 @@ void rm_gdspc_with_nGds_zero_to_gen_frcd_gdpts(GridLine* line);
 // The above on Xgdln, Ygdln, Zgdln in this order.
 void compact_gdspcs_of_gdlines2();
 
+// The walk's states. A line does what the first keyword of its state's table that it holds says
+// (the value being everything behind it); a line holding none of them is passed over.
+enum SpecState {
+    SPEC_TOP,
+    SPEC_OPTIONS,
+    SPEC_BODIES,
+    SPEC_BODY,
+    SPEC_XSECTION,
+    SPEC_YSECTION,
+    SPEC_ZSECTION,
+    SPEC_GDSPEC,
+    SPEC_STATES
+};
+constexpr int SPEC_STAY = -1;             // the line leaves the state as it is
+constexpr int SPEC_BACK_TO_SECTION = -2;  // the end of a grid spec: back to its section
+struct SpecWalker;
+struct SpecKeyword {
+    const char* key;
+    int next;  // a SpecState, SPEC_STAY or SPEC_BACK_TO_SECTION
+    void (*act)(SpecWalker&);
+};
+// A state's keywords in the order they are tried, ended by a null key.
+const SpecKeyword* spec_keywords(int state);
+// The first keyword of the state's table that line holds (value: the text behind it), or null.
+const SpecKeyword* spec_keyword_of(int state, const char* line, const char** value);
+
+// The words of a body's "type: " value, tried in this order: three cut-plane and three rotor types.
+extern const char* const spec_body_type_words[6];
+
+// The 1-based number of the specification line being walked; 0 outside the walk.
+extern int gd_spec_line;
+
 // Set to 1 when the text's Options, Bodies, X, Y and Z sections end.
 extern int OptionsDefnDone, BodyDefnsDone, XgdSpecDone, YgdSpecDone, ZgdSpecDone;

@@ -1,7 +1,6 @@
 // Body triangulation: structured surfaces two rows at a time, unstructured ones cell by cell.
 #include "intersector/convert.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -22,6 +21,26 @@ bool SameVertex(const FEL_vector3<float>& a, const FEL_vector3<float>& b) {
     return true;
 }
 }  // namespace
+
+bool IsDroppedTriangle(const FEL_vector3<float> v[3]) {
+    return SameVertex(v[0], v[1]) || SameVertex(v[1], v[2]) || SameVertex(v[2], v[0]);
+}
+
+long CountDroppedTriangles(FEL_pointer<FEL_mesh> mesh, std::vector<FEL_vector3<float>>* kept) {
+    if (mesh->is_structured_mesh()) return 0;
+    mesh->set(FEL_SIMPLICIAL_DECOMPOSITION, 2);
+    long dropped = 0;
+    FEL_cell_iter it;
+    FEL_vector3<float> v[8];
+    for (mesh->begin(&it); !it.done; ++it) {
+        mesh->coordinates_at_cell(it.cell, v);
+        if (IsDroppedTriangle(v))
+            ++dropped;
+        else if (kept)
+            kept->insert(kept->end(), v, v + 3);
+    }
+    return dropped;
+}
 
 void ConvertTriangles(FEL_pointer<FEL_mesh> mesh, std::vector<Triangle*>& triangles) {
     if (!mesh->is_structured_mesh()) {
@@ -66,37 +85,19 @@ void ConvertUnstructuredTriangles(FEL_pointer<FEL_mesh> mesh, std::vector<Triang
     FEL_vector3<float> v[8];
     for (mesh->begin(&it); !it.done; ++it) {
         mesh->coordinates_at_cell(it.cell, v);
-        if (SameVertex(v[0], v[1]) || SameVertex(v[1], v[2]) || SameVertex(v[2], v[0])) continue;
+        if (IsDroppedTriangle(v)) continue;
         triangles.push_back(new Triangle(Wide(v[0]), Wide(v[1]), Wide(v[2])));
     }
 }
 
 std::vector<bool> KeptUnstructuredCells(FEL_pointer<FEL_mesh> zone) {
-    std::vector<Triangle*> triangles;
-    ConvertUnstructuredTriangles(zone, triangles);
+    zone->set(FEL_SIMPLICIAL_DECOMPOSITION, 2);
     std::vector<bool> vecKept;
-    size_t next = 0;
     FEL_cell_iter it;
     FEL_vector3<float> v[8];
     for (zone->begin(&it); !it.done; ++it) {
         zone->coordinates_at_cell(it.cell, v);
-        bool blnKept = next < triangles.size();
-        for (int n = 0; n < 9 && blnKept; ++n)
-            blnKept = triangles[next]->m_adblVertices[n] == double(v[n / 3][n % 3]);
-        vecKept.push_back(blnKept);
-        next += blnKept;
+        vecKept.push_back(!IsDroppedTriangle(v));
     }
-    for (Triangle* triangle : triangles) delete triangle;
     return vecKept;
-}
-
-long DroppedTriangleCount(FEL_pointer<FEL_mesh> mesh) {
-    long intDropped = 0;
-    for (int z = 0; z < mesh->get_n_zones(); ++z) {
-        FEL_pointer<FEL_mesh> zone = mesh->get_zone(z);
-        if (zone.null() || zone->is_structured_mesh()) continue;
-        const std::vector<bool> vecKept = KeptUnstructuredCells(zone);
-        intDropped += static_cast<long>(std::count(vecKept.begin(), vecKept.end(), false));
-    }
-    return intDropped;
 }

@@ -13,10 +13,12 @@ void ConvertTriangles(FEL_pointer<FEL_mesh> mesh, std::vector<Triangle*>& triang
 // Simplicial cells, first three vertices; a cell with two FEL_Close vertices is dropped.
 void ConvertUnstructuredTriangles(FEL_pointer<FEL_mesh> mesh, std::vector<Triangle*>& triangles);
 
-// The cells of an unstructured zone that ConvertUnstructuredTriangles keeps, as flags in the
-// cells' order: its own triangles matched back to the cells they came from, so that a tool judges
-// a body by exactly the surface a run intersects.
+// The rule of the unstructured path: a triangle with two vertices equal under FEL_Close is dropped.
+// Applied in the grid's frame, so it depends on where the body stands, not only on its shape.
+bool IsDroppedTriangle(const FEL_vector3<float> v[3]);
+// The number of cells of a zone that the triangulation drops (none for a structured zone), without
+// making triangles; the vertices of the kept ones are appended to kept, three each, unless null.
+long CountDroppedTriangles(FEL_pointer<FEL_mesh> mesh, std::vector<FEL_vector3<float>>* kept);
+// The same rule as flags in the cells' order of an unstructured zone, true where a cell is kept, so
+// that a tool judges a body by exactly the surface a run intersects.
 std::vector<bool> KeptUnstructuredCells(FEL_pointer<FEL_mesh> zone);
-// The triangles a run drops from a body's mesh (placed as the run placed it): coincident corners
-// under FEL_Close, summed over its unstructured zones. Structured zones drop none.
-long DroppedTriangleCount(FEL_pointer<FEL_mesh> mesh);

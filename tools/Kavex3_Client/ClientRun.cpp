@@ -26,7 +26,7 @@ namespace {
 
 const char* const kUsage =
     "Usage: Kavex3_Client -Grid project.Grid -SlvrRot rotor.SlvrRot -pth /abs/run/dir\n"
-    "                     [-worker PATH] [-stopafter SECONDS]\n"
+    "                     [-worker PATH] [-stopafter SECONDS] [--force] [--nocheck]\n"
     "\n"
     "Runs the grid generator as its front end does: starts a link manager, creates the control\n"
     "link, starts the worker with -linkid and the three files, and shows the lines of\n"
@@ -39,6 +39,9 @@ const char* const kUsage =
     "\n"
     "  -worker PATH       the worker to run (default: the one of this build tree, else\n"
     "                     Kavex3_GridGen on PATH)\n"
+    "  --force            start the worker even when Kavex3_Check, which runs first on the\n"
+    "                     project, finds errors (without it the client ends there with 2)\n"
+    "  --nocheck          start the worker without the check\n"
     "  -stopafter S       set the stop flag S seconds after the worker started (fractions too)\n"
     "  -help              this text (also --help)\n"
     "\n"
@@ -213,6 +216,35 @@ int RunClient(const ClientOptions& options) {
     return blnClean ? CLIENT_SUCCESS : CLIENT_RUN_FAILED;
 }
 
+bool CheckFirst(const ClientOptions& options) {
+    if (options.strChecker.empty()) return true;
+    std::vector<std::string> vecArguments = {
+        options.strChecker, options.strGridFile, "-SlvrRot", options.strRotorFile, "-pth",
+        options.strRunDir};
+    std::vector<char*> argv;
+    for (std::string& strArgument : vecArguments) argv.push_back(&strArgument[0]);
+    argv.push_back(nullptr);
+    std::cout << "Checking " << options.strGridFile << std::endl;
+    const pid_t pid = fork();
+    if (pid == 0) {
+        execv(argv[0], argv.data());
+        _exit(127);
+    }
+    int status = 0;
+    if (pid < 0 || waitpid(pid, &status, 0) != pid || !WIFEXITED(status) ||
+        WEXITSTATUS(status) > 1) {
+        std::cout << "The check could not be run (" << WorkerEnd(status) << ")." << std::endl;
+        return options.blnForce;
+    }
+    if (WEXITSTATUS(status) == 0) return true;
+    std::cout << (options.blnForce ? "The check found errors; starting the worker all the same "
+                                     "(--force)."
+                                   : "The check found errors: the worker is not started (--force "
+                                     "starts it all the same).")
+              << std::endl;
+    return options.blnForce;
+}
+
 int ClientMain(int argc, char** argv) {
     Dorva::CommandLine::SetParameters(argc, argv);
     if (Dorva::CommandLine::GetArgument("help") || argc < 2) {
@@ -243,5 +275,11 @@ int ClientMain(int argc, char** argv) {
                   << "\" (give -worker PATH)" << std::endl;
         return CLIENT_CANNOT_RUN;
     }
+    options.blnForce = Dorva::CommandLine::GetArgument("force");
+    if (!Dorva::CommandLine::GetArgument("nocheck"))
+        options.strChecker = access(KAVEX3_BUILT_CHECK, X_OK) == 0
+                                 ? KAVEX3_BUILT_CHECK
+                                 : Dorva::GetExecutablePath("Kavex3_Check").Get();
+    if (!CheckFirst(options)) return CLIENT_CANNOT_RUN;
     return RunClient(options);
 }

@@ -16,7 +16,13 @@ struct ClientOptions {
     std::string strRunDir;
     std::string strWorker;           // the worker's path
     double stopAfterSeconds = -1.0;  // negative: no timed stop
+    std::string strChecker;          // Kavex3_Check's path; empty: no check before the run
+    bool blnForce = false;           // start the worker even when the check found errors
 };
+
+// Runs Kavex3_Check on the project, its output going to the terminal; false when it found errors
+// (or could not be run) and the worker is not to be started.
+bool CheckFirst(const ClientOptions& options);
 
 // The whole program: -help, or the options, then the run. Returns a ClientStatus.
 int ClientMain(int argc, char** argv);

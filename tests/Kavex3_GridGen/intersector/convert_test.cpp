@@ -65,7 +65,7 @@ TEST(ConvertUnstructuredTriangles, DropsCoincidentVerticesByFelClose) {
         EXPECT_TRUE(Is(out.t[0], {0, 0, 0, 1, 0, 0, 0, 1, 0}));
         // What a tool that judges the run's surface sees: the same choice, cell by cell.
         EXPECT_EQ(KeptUnstructuredCells(mesh()), std::vector<bool>({true, false, !useClose}));
-        EXPECT_EQ(DroppedTriangleCount(mesh()), useClose ? 2 : 1);
+        EXPECT_EQ(CountDroppedTriangles(mesh(), nullptr), useClose ? 2 : 1);
     }
     g_blnUseClose = saved;
 }
