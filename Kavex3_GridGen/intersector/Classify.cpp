@@ -23,8 +23,13 @@ bool FaceQualifies(const CellFace& f, const FEL_vector3<int>& p, const GridCellA
            CELL_EXTERIOR;
 }
 
+namespace {
+// One sub-cell's share of the 4 x 4 x 4 sub-grid: 1/64, exact in float.
+const float kSubCellShare = 0.015625f;
+}  // namespace
+
 int SubCellDecision(unsigned exterior, unsigned intersected, bool listEmpty) {
-    float share = float((intersected >> 1) + exterior) * 0.015625f;
+    float share = float((intersected >> 1) + exterior) * kSubCellShare;
     if (1.0f > share) return CELL_INTERIOR;
     return listEmpty ? CELL_EXTERIOR : CELL_INTERSECTED;
 }

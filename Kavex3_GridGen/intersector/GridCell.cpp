@@ -101,8 +101,28 @@ FEL_vector3<float> SearchGrid::CellMax(int a, int b, int c) const {
     return CellMin(a + 1, b + 1, c + 1);
 }
 
+namespace {
+// The absolute slack of the box overlap: the float epsilon (the spacing of floats at 1), in both
+// precisions.
+const float kOverlapSlack = 1.1920929e-7f;
+// The closeness of the double-precision overlap, finer than FEL_Close's 0.0001: mantissas of equal
+// exponent within kCloseMantissa, values within kCloseRelative of the first, or both within
+// kCloseZero of zero.
+const double kCloseMantissa = 0.00001;
+const double kCloseRelative = 0.00001;
+const double kCloseZero = 0.0001;
+
+bool CloseDouble(double a, double b) {
+    int ea, eb;
+    double ma = std::frexp(a, &ea), mb = std::frexp(b, &eb);
+    if (ea == eb && std::fabs(ma - mb) < kCloseMantissa) return true;
+    if (std::fabs(a) * kCloseRelative >= std::fabs(a - b)) return true;
+    return std::fabs(a) <= kCloseZero && std::fabs(b) <= kCloseZero;
+}
+}  // namespace
+
 bool CubesIntersect(const float* minA, const float* maxA, const float* minB, const float* maxB) {
-    const float e = 1.1920929e-7f;
+    const float e = kOverlapSlack;
     for (int a = 0; a < 3; ++a) {
         if (minA[a] > maxB[a] + e && !(g_blnUseClose && FEL_Close(maxB[a], minA[a]))) return false;
         if (minB[a] - e > maxA[a] && !(g_blnUseClose && FEL_Close(minB[a], maxA[a]))) return false;
@@ -110,20 +130,9 @@ bool CubesIntersect(const float* minA, const float* maxA, const float* minB, con
     return true;
 }
 
-namespace {
-// The closeness of the double-precision overlap: finer mantissas and relative step than FEL_Close.
-bool CloseDouble(double a, double b) {
-    int ea, eb;
-    double ma = std::frexp(a, &ea), mb = std::frexp(b, &eb);
-    if (ea == eb && std::fabs(ma - mb) < 0.00001) return true;
-    if (std::fabs(a) * 0.00001 >= std::fabs(a - b)) return true;
-    return std::fabs(a) <= 0.0001 && std::fabs(b) <= 0.0001;
-}
-}  // namespace
-
 bool CubesIntersect(const double* minA, const double* maxA, const double* minB,
                     const double* maxB) {
-    const double e = double(1.1920929e-7f);
+    const double e = double(kOverlapSlack);
     for (int a = 0; a < 3; ++a) {
         if (minA[a] > maxB[a] + e && !(g_blnUseClose && CloseDouble(maxB[a], minA[a])))
             return false;
