@@ -9,6 +9,22 @@
 #include "intersector/Parallel.h"
 #include "intersector/TriangleBox.h"
 
+namespace {
+// One sub-cell's share of the 4 x 4 x 4 sub-grid: 1/64, exact in float.
+const float kSubCellShare = 0.015625f;
+
+// The fast decision, for IsCellInterior and DecideCells alike. No exterior face leaves both of
+// the flood's counts at 0; a touched sub-cell keeps their sum below 64; otherwise the first open
+// face floods all 64 empty sub-cells. touched: whether AnySubCellTouched holds for the cell.
+int DecideFast(const GridCellArray& cells, const FEL_vector3<int>& p, const GridCell& cell,
+               bool touched) {
+    bool open = false;
+    for (const CellFace& f : kCellFaces) open = open || FaceQualifies(f, p, cells);
+    if (!open || touched) return CELL_INTERIOR;
+    return SubCellDecision(64, 0, cell.m_vecTriangles.empty());
+}
+}  // namespace
+
 const CellFace kCellFaces[6] = {
     {{1, 0, 0}, {3, 1, 1}, 1, 2},  {{0, 1, 0}, {1, 3, 1}, 0, 2},  {{0, 0, 1}, {1, 1, 3}, 0, 1},
     {{-1, 0, 0}, {0, 1, 1}, 1, 2}, {{0, -1, 0}, {1, 0, 1}, 0, 2}, {{0, 0, -1}, {1, 1, 0}, 0, 1},
@@ -23,29 +39,11 @@ bool FaceQualifies(const CellFace& f, const FEL_vector3<int>& p, const GridCellA
            CELL_EXTERIOR;
 }
 
-namespace {
-// One sub-cell's share of the 4 x 4 x 4 sub-grid: 1/64, exact in float.
-const float kSubCellShare = 0.015625f;
-}  // namespace
-
 int SubCellDecision(unsigned exterior, unsigned intersected, bool listEmpty) {
     float share = float((intersected >> 1) + exterior) * kSubCellShare;
     if (1.0f > share) return CELL_INTERIOR;
     return listEmpty ? CELL_EXTERIOR : CELL_INTERSECTED;
 }
-
-namespace {
-// The fast decision, for IsCellInterior and DecideCells alike. No exterior face leaves both of
-// the flood's counts at 0; a touched sub-cell keeps their sum below 64; otherwise the first open
-// face floods all 64 empty sub-cells. touched: whether AnySubCellTouched holds for the cell.
-int DecideFast(const GridCellArray& cells, const FEL_vector3<int>& p, const GridCell& cell,
-               bool touched) {
-    bool open = false;
-    for (const CellFace& f : kCellFaces) open = open || FaceQualifies(f, p, cells);
-    if (!open || touched) return CELL_INTERIOR;
-    return SubCellDecision(64, 0, cell.m_vecTriangles.empty());
-}
-}  // namespace
 
 void ClassifyCells(IntersectContext& run) {
     const FEL_vector3<int> n = run.GridDimensions();
