@@ -10,7 +10,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 what=${1:-test}
 
-packages="cmake g++ make python3 libboost-filesystem-dev libboost-system-dev libgtest-dev libgmock-dev libbenchmark-dev libpng-dev zlib1g-dev python3-vtk9 nlohmann-json3-dev"
+packages="cmake g++ make python3 libboost-filesystem-dev libboost-system-dev libgtest-dev libgmock-dev libbenchmark-dev libpng-dev zlib1g-dev python3-vtk9 nlohmann-json3-dev clang-format"
 missing=""
 for p in $packages; do
   dpkg -s "$p" >/dev/null 2>&1 || missing="$missing $p"

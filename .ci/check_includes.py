@@ -10,7 +10,8 @@ ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 INCLUDE_DIRS = ["dorvabase", "FEL", "Kavex3_GridGen"]  # as the CMake targets publish them
 
 # Folder -> the folders its files may include, itself included. The order of building is
-# dorvabase, FEL, FEL/readers, then generator and intersector, then driver, then the tools.
+# dorvabase, FEL, FEL/readers, then generator and intersector, then driver and the intersector's
+# reference procedure, then the tools.
 ALLOWED = {
     "dorvabase": {"dorvabase"},
     "FEL": {"FEL", "dorvabase"},
@@ -18,6 +19,8 @@ ALLOWED = {
     "FEL/umbrella": {"FEL", "FEL/readers"},
     "Kavex3_GridGen/generator": {"Kavex3_GridGen/generator"},
     "Kavex3_GridGen/intersector": {"Kavex3_GridGen/intersector", "FEL", "FEL/readers", "dorvabase"},
+    "Kavex3_GridGen/reference": {"Kavex3_GridGen/reference", "Kavex3_GridGen/intersector", "FEL",
+                                 "FEL/readers", "dorvabase"},
     "Kavex3_GridGen/driver": {"Kavex3_GridGen/driver", "Kavex3_GridGen/generator",
                               "Kavex3_GridGen/intersector", "FEL", "FEL/readers", "dorvabase"},
 }

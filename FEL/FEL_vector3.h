@@ -8,6 +8,19 @@
 // Process-wide switch of FEL_Close: true by default; the STL reader clears it while it merges.
 extern bool g_blnUseClose;
 
+// Sets g_blnUseClose for its lifetime and gives it back its former value on leaving, by return or
+// by exception.
+class FEL_use_close_scope {
+  public:
+    explicit FEL_use_close_scope(bool use) : m_saved(g_blnUseClose) { g_blnUseClose = use; }
+    ~FEL_use_close_scope() { g_blnUseClose = m_saved; }
+    FEL_use_close_scope(const FEL_use_close_scope&) = delete;
+    FEL_use_close_scope& operator=(const FEL_use_close_scope&) = delete;
+
+  private:
+    bool m_saved;
+};
+
 // The library's notion of equal coordinates: a mantissa test at equal exponents, then a test
 // relative to |a| alone (so not symmetric at its edge), then an absolute one near zero.
 bool FEL_Close(float a, float b);

@@ -10,7 +10,6 @@
 
 #include "FEL_curvilinear_mesh.h"
 #include "driver/Write.h"
-#include "intersector/Intersector.h"
 
 namespace {
 
@@ -28,7 +27,6 @@ FEL_pointer<FEL_mesh> CartesianMesh() {
             for (int i = 0; i < kPoints; ++i)
                 xyz[i + kPoints * (j + std::size_t(kPoints) * k)] = {
                     -2.5f + 0.0123f * i, 1.0f + 0.37f * j * j / kPoints, -7.125f + 0.0625f * k};
-    g_v3iGridDimensions = {kPoints - 1, kPoints - 1, kPoints - 1};
     return FEL_pointer<FEL_mesh>(
         new FEL_curvilinear_mesh_xyz_layout(kPoints, kPoints, kPoints, xyz));
 }

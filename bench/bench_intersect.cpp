@@ -15,6 +15,7 @@
 #include "FEL.h"
 #include "intersector/Classify.h"
 #include "intersector/Intersector.h"
+#include "reference/Reference.h"
 
 namespace {
 double Seconds(std::chrono::steady_clock::time_point since) {
@@ -50,11 +51,12 @@ int main(int argc, char** argv) {
         std::cerr << "usage: bench_intersect SURFACE.stl GRID [--threads N] [--plain]\n";
         return 0;
     }
+    IntersectContext run;
     for (int a = 3; a < argc; ++a) {
         if (!std::strcmp(argv[a], "--plain")) {
-            g_intersectOptions.m_blnPlain = true;
+            run.m_options.m_pReference = &kPlainProcedure;
         } else if (!std::strcmp(argv[a], "--threads") && a + 1 < argc) {
-            g_intersectOptions.m_intThreads = std::atoi(argv[++a]);
+            run.m_options.m_intThreads = std::atoi(argv[++a]);
         } else {
             std::cerr << "bench_intersect: unknown option " << argv[a] << "\n";
             return 2;
@@ -70,16 +72,16 @@ int main(int argc, char** argv) {
     double read = Seconds(t0);
 
     t0 = std::chrono::steady_clock::now();
-    IntersectGrid(grid, {body}, ".");
+    IntersectGrid(run, grid, {body}, ".");
     double intersect = Seconds(t0);
 
     t0 = std::chrono::steady_clock::now();
-    ClassifyCells(grid);
+    ClassifyCells(run);
     double classify = Seconds(t0);
 
     t0 = std::chrono::steady_clock::now();
     long long intersected = 0;
-    long long bodyCells = DecideCells(g_gridCells, intersected);
+    long long bodyCells = DecideCells(run, intersected);
     double scan = Seconds(t0);
 
     rusage use;

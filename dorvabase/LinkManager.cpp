@@ -1,331 +1,16 @@
-// The shared-memory link between cooperating processes of one user: a manager per process, peers
-// that watch each other, and numbered fixed-size records under a cross-process lock.
+// The shared-memory links: creating, attaching, detaching, their data and their snapshots. The
+// region, the slots and heartbeats, and the checks are in LinkRegion.cpp, LinkSlots.cpp and
+// LinkChecks.cpp.
 #include "LinkManager.h"
 
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <cstring>
-#include <ctime>
 #include <iostream>
 
-#include "GetUsername.h"
-#include "PortableSleep.h"
+#include "LinkLayout.h"
 
 namespace Dorva {
 
-namespace {
-
-// The region's layout, shared with the front end.
-constexpr std::size_t kManagerTableSize = 400;
-constexpr std::size_t kBlockSize = 4616;
-constexpr std::size_t kSizeOffset = 1;
-constexpr std::size_t kStampOffset = 8;
-constexpr std::size_t kKeyOffset = 16;
-constexpr std::size_t kDataOffset = 516;
-
-// A stamp is healthy from 0.1 s in the future (written a moment after this process read the
-// clock) to 30 s in the past; anything else belongs to a dead process.
-bool IsHealthy(std::int64_t now, std::int64_t stamp) {
-    const double difference = static_cast<double>(now - stamp);
-    return difference >= -0.1 && difference <= 30.0;
-}
-
-std::int64_t Now() {
-    return static_cast<std::int64_t>(std::time(nullptr));
-}
-
-unsigned int AttachCount(const unsigned char* block) {
-    return block[0];
-}
-
-// The data size is unaligned and little-endian, whatever the host.
-std::uint64_t DataSize(const unsigned char* block) {
-    return block[kSizeOffset] | (static_cast<unsigned int>(block[kSizeOffset + 1]) << 8);
-}
-
-void SetDataSize(unsigned char* block, std::uint64_t size) {
-    block[kSizeOffset] = static_cast<unsigned char>(size & 0xFF);
-    block[kSizeOffset + 1] = static_cast<unsigned char>((size >> 8) & 0xFF);
-}
-
-std::int64_t Stamp(const unsigned char* block) {
-    std::int64_t stamp;
-    std::memcpy(&stamp, block + kStampOffset, sizeof stamp);
-    return stamp;
-}
-
-void SetStamp(unsigned char* block, std::int64_t stamp) {
-    std::memcpy(block + kStampOffset, &stamp, sizeof stamp);
-}
-
-const char* Key(const unsigned char* block) {
-    return reinterpret_cast<const char*>(block + kKeyOffset);
-}
-
-// Writes the crash warning for the first clean-up of a consistency check only.
-void ReportCleanUp(bool& blnReported, double difference) {
-    if (blnReported) return;
-    blnReported = true;
-    std::cout << "WARNING:  A communicating process seems to have crashed.  Cleaning up. ("
-              << difference << ")" << std::endl;
-}
-
-}  // namespace
-
-std::string LinkManager::m_name = "DorvaLM1_" + GetUsername();
-std::atomic<bool> LinkManager::m_started{false};
-std::atomic<bool> LinkManager::m_shutdown{false};
-std::atomic<bool> LinkManager::m_check{false};
-std::uint32_t LinkManager::m_slotIndex = 0xFFFFFFFFu;
-unsigned char* LinkManager::m_sharedMemory = nullptr;
-int LinkManager::m_fd = -1;
-sem_t* LinkManager::m_semaphore = SEM_FAILED;
-pthread_t LinkManager::m_checkThread;
-pthread_mutex_t LinkManager::m_checkThreadMutex;
-std::set<unsigned int> LinkManager::m_attachedLinks;
-
-void* start_check_thread(void*) {
-    LinkManager::CheckThread();
-    return nullptr;
-}
-
-unsigned char* LinkManager::Block(unsigned int id) {
-    return m_sharedMemory + kManagerTableSize + id * kBlockSize;
-}
-
-std::int64_t* LinkManager::ManagerStamps() {
-    return reinterpret_cast<std::int64_t*>(m_sharedMemory);
-}
-
-// The mutex first, so that this process's threads queue on it and not on the semaphore.
-LinkManager::Result LinkManager::TakeControl() {
-    pthread_mutex_lock(&m_checkThreadMutex);
-    int rc;
-    while ((rc = sem_wait(m_semaphore)) != 0 && errno == EINTR) {
-    }
-    if (rc != 0) {
-        std::cerr << "WaitForSingleObject failed: " << errno << std::endl;
-        pthread_mutex_unlock(&m_checkThreadMutex);
-        return TAKE_CONTROL_FAILED;
-    }
-    return SUCCESS;
-}
-
-void LinkManager::ReleaseControl() {
-    if (sem_post(m_semaphore) != 0) std::cerr << "ReleaseSemaphore failed: " << errno << std::endl;
-    pthread_mutex_unlock(&m_checkThreadMutex);
-}
-
-// O_CREAT alone creates the semaphore with its count of 1 or opens the existing one, atomically.
-bool LinkManager::OpenSemaphoreA() {
-    m_semaphore = sem_open(("/" + m_name).c_str(), O_CREAT, 0600, 1);
-    return m_semaphore != SEM_FAILED;
-}
-
-void LinkManager::CloseSemaphore() {
-    if (m_semaphore != SEM_FAILED && sem_close(m_semaphore) != 0) {
-        std::cerr << "semaphore CloseHandle failed: " << errno << std::endl;
-    }
-    m_semaphore = SEM_FAILED;
-}
-
-bool LinkManager::MapSharedMemory(bool& existed) {
-    const std::string strName = "/" + m_name;
-    existed = false;
-    m_fd = shm_open(strName.c_str(), O_RDWR | O_CREAT | O_EXCL, 0600);
-    if (m_fd < 0 && errno == EEXIST) {
-        existed = true;
-        m_fd = shm_open(strName.c_str(), O_RDWR, 0);
-    }
-    struct stat status;
-    // A new object has no size yet; this runs under the semaphore, so no peer maps it meanwhile.
-    if (m_fd < 0 || fstat(m_fd, &status) != 0 ||
-        (status.st_size < static_cast<off_t>(m_regionSize) &&
-         ftruncate(m_fd, static_cast<off_t>(m_regionSize)) != 0)) {
-        std::cerr << "CreateFileMapping failed: Error Number: " << errno << std::endl;
-        if (m_fd >= 0) close(m_fd);
-        m_fd = -1;
-        return false;
-    }
-    void* base = mmap(nullptr, m_regionSize, PROT_READ | PROT_WRITE, MAP_SHARED, m_fd, 0);
-    if (base == MAP_FAILED) {
-        std::cerr << "MapViewOfFile failed:  Error Number:  " << errno << std::endl;
-        if (close(m_fd) != 0)
-            std::cerr << "CloseHandle failed: Error Number: " << errno << std::endl;
-        m_fd = -1;
-        return false;
-    }
-    m_sharedMemory = static_cast<unsigned char*>(base);
-    return true;
-}
-
-// The objects themselves stay: a peer may be opening them by name at this moment.
-void LinkManager::UnmapSharedMemory() {
-    if (m_sharedMemory != nullptr) munmap(m_sharedMemory, m_regionSize);
-    if (m_fd >= 0 && close(m_fd) != 0) {
-        std::cerr << "CloseHandle failed: Error Number: " << errno << std::endl;
-    }
-    m_fd = -1;
-    m_sharedMemory = nullptr;
-}
-
-// A region that no live manager stamps is a leftover of dead processes, links included.
-bool LinkManager::ShouldInitializeSharedMemory(bool existed) {
-    if (!existed) return true;
-    const std::int64_t now = Now();
-    const std::int64_t* stamps = ManagerStamps();
-    for (unsigned int slot = 0; slot < m_nManagerSlots; ++slot) {
-        if (stamps[slot] != 0 && IsHealthy(now, stamps[slot])) return false;
-    }
-    return true;
-}
-
-void LinkManager::InitializeManagerData() {
-    std::memset(m_sharedMemory, 0, kManagerTableSize);
-    for (unsigned int id = 0; id < m_nBlocks; ++id) InitializeBlock(Block(id));
-}
-
-void LinkManager::InitializeBlock(unsigned char* block) {
-    block[0] = 0;
-    SetDataSize(block, 0);
-    SetStamp(block, 0);
-    block[kKeyOffset] = '\0';
-    std::memset(block + kDataOffset, 0, m_dataSize);
-}
-
-bool LinkManager::InitializeCheckThreadMutex() {
-    return pthread_mutex_init(&m_checkThreadMutex, nullptr) == 0;
-}
-
-void LinkManager::DestroyCheckThreadMutex() {
-    pthread_mutex_destroy(&m_checkThreadMutex);
-}
-
-bool LinkManager::StartCheckThread() {
-    return pthread_create(&m_checkThread, nullptr, start_check_thread, nullptr) == 0;
-}
-
-void LinkManager::StopCheckThread() {
-    pthread_join(m_checkThread, nullptr);
-}
-
-// The heartbeat: one consistency check every m_checkFrequency sleeps.
-void LinkManager::CheckThread() {
-    unsigned int counter = 0;
-    while (m_check) {
-        ++counter;
-        PortableSleep(m_checkSleepTime);
-        if (counter < m_checkFrequency) continue;
-        counter = 0;
-        if (!m_started) continue;
-        if (TakeControl() != SUCCESS) {
-            std::cout << "WARNING: LinkManager could not take control of shared memory to perform "
-                         "consistency check."
-                      << std::endl;
-            continue;
-        }
-        ConsistencyCheck();
-        ReleaseControl();
-    }
-}
-
-void LinkManager::ConsistencyCheck() {
-    const std::int64_t now = Now();
-    std::int64_t* stamps = ManagerStamps();
-    if (m_slotIndex < m_nManagerSlots) stamps[m_slotIndex] = now;
-    for (unsigned int id : m_attachedLinks) SetStamp(Block(id), now);
-
-    bool blnReported = false;
-    for (unsigned int slot = 0; slot < m_nManagerSlots; ++slot) {
-        if (slot == m_slotIndex || stamps[slot] == 0 || IsHealthy(now, stamps[slot])) continue;
-        ReportCleanUp(blnReported, static_cast<double>(now - stamps[slot]));
-        stamps[slot] = 0;
-    }
-    // A link dies only when none of its users stamps it any more; its count goes at once.
-    for (unsigned int id = 0; id < m_nBlocks; ++id) {
-        unsigned char* block = Block(id);
-        if (AttachCount(block) == 0 || m_attachedLinks.count(id) != 0) continue;
-        if (IsHealthy(now, Stamp(block))) continue;
-        ReportCleanUp(blnReported, static_cast<double>(now - Stamp(block)));
-        block[0] = 0;
-    }
-}
-
-LinkManager::Result LinkManager::Startup() {
-    if (m_started || m_shutdown) return ALREADY_STARTED;
-    if (!InitializeCheckThreadMutex()) return MUTEX_INIT_FAILED;
-    if (!OpenSemaphoreA()) {
-        std::cerr << "CreateSemaphore failed: " << errno << std::endl;
-        DestroyCheckThreadMutex();
-        return SHARED_MEMORY_OPEN_FAILED;
-    }
-    const Result result = TakeControl();
-    if (result != SUCCESS) {
-        CloseSemaphore();
-        DestroyCheckThreadMutex();
-        return result;
-    }
-    bool existed = false;
-    if (!MapSharedMemory(existed)) {
-        ReleaseControl();
-        CloseSemaphore();
-        DestroyCheckThreadMutex();
-        return SHARED_MEMORY_MAP_FAILED;
-    }
-    m_check = true;
-    if (!StartCheckThread()) {
-        m_check = false;
-        UnmapSharedMemory();
-        ReleaseControl();
-        CloseSemaphore();
-        DestroyCheckThreadMutex();
-        return CHECK_THREAD_FAILED;
-    }
-    if (ShouldInitializeSharedMemory(existed)) {
-        InitializeManagerData();
-    } else {
-        ConsistencyCheck();
-    }
-    std::int64_t* stamps = ManagerStamps();
-    for (unsigned int slot = 0; slot < m_nManagerSlots; ++slot) {
-        if (stamps[slot] != 0) continue;
-        m_slotIndex = slot;
-        stamps[slot] = Now();
-        ReleaseControl();
-        m_started = true;
-        return SUCCESS;
-    }
-    // The check thread stays, idle: it does nothing while the manager isn't started.
-    UnmapSharedMemory();
-    ReleaseControl();
-    CloseSemaphore();
-    DestroyCheckThreadMutex();
-    return TOO_MANY_MANAGERS;
-}
-
-void LinkManager::Shutdown() {
-    if (!m_started) return;
-    const std::set<unsigned int> links = m_attachedLinks;
-    for (unsigned int id : links) DetachFromLink(id);
-    m_shutdown = true;
-    m_started = false;
-    m_check = false;
-    StopCheckThread();
-    if (TakeControl() == SUCCESS) {
-        if (m_slotIndex < m_nManagerSlots) {
-            ManagerStamps()[m_slotIndex] = 0;
-            m_slotIndex = 0xFFFFFFFFu;
-        }
-        UnmapSharedMemory();
-        ReleaseControl();
-    }
-    CloseSemaphore();
-    DestroyCheckThreadMutex();
-}
+using namespace LinkLayout;
 
 LinkManager::Result LinkManager::CreateLink(std::uint64_t size, char* data, const std::string& key,
                                             unsigned int& id) {
@@ -352,17 +37,6 @@ LinkManager::Result LinkManager::CreateLink(std::uint64_t size, char* data, cons
     }
     ReleaseControl();
     return NO_FREE_LINKS;
-}
-
-LinkManager::Result LinkManager::JoinLink(unsigned int id, std::uint64_t size, char* buffer) {
-    unsigned char* block = Block(id);
-    if (m_attachedLinks.count(id) != 0) return ALREADY_ATTACHED;
-    if (DataSize(block) != size) return INCORRECT_SIZE;
-    if (AttachCount(block) >= m_maxLinkAttachments) return TOO_MANY_ATTACHED;
-    ++block[0];
-    m_attachedLinks.insert(id);
-    if (size > 0) std::memcpy(buffer, block + kDataOffset, size);
-    return SUCCESS;
 }
 
 // The attached-set is read under control too, so that a process may attach and detach from
@@ -431,25 +105,6 @@ LinkManager::Result LinkManager::DetachFromLink(unsigned int id) {
     return result;
 }
 
-LinkManager::Result LinkManager::TakeLinkForData(unsigned int id, std::uint64_t size, bool write) {
-    if (!m_started) return NOT_STARTED;
-    if (id >= m_nBlocks) return INVALID_LINK_ID;
-    Result result = TakeControl();
-    if (result != SUCCESS) return result;
-    const unsigned char* block = Block(id);
-    if (m_attachedLinks.count(id) == 0) {
-        result = NOT_ATTACHED;
-    } else if (write && size > m_dataSize) {
-        result = DATA_TOO_BIG;
-    } else if (AttachCount(block) == 0) {
-        result = UNALLOCATED_LINK_ID;
-    } else if (DataSize(block) != size) {
-        result = INCORRECT_SIZE;
-    }
-    if (result != SUCCESS) ReleaseControl();
-    return result;
-}
-
 LinkManager::Result LinkManager::GetLinkData(unsigned int id, std::uint64_t size, char* data) {
     char buffer[m_dataSize];
     const Result result = TakeLinkForData(id, size, false);
@@ -493,14 +148,6 @@ LinkManager::Result LinkManager::SetLinkDataIfUnchanged(unsigned int id, std::ui
     return result;
 }
 
-std::int32_t LinkManager::GetNumAttachedManagers() {
-    if (m_sharedMemory == nullptr) return 0;
-    const volatile std::int64_t* stamps = ManagerStamps();
-    std::int32_t count = 0;
-    for (unsigned int slot = 0; slot < m_nManagerSlots; ++slot) count += stamps[slot] != 0;
-    return count;
-}
-
 LinkManager::Result LinkManager::GetLinkDebugInfo(std::vector<LinkDebugInfo>& info) {
     if (!m_started) return NOT_STARTED;
     // Staged outside the lock: key, size and count of every block.
@@ -518,18 +165,6 @@ LinkManager::Result LinkManager::GetLinkDebugInfo(std::vector<LinkDebugInfo>& in
         info.push_back({static_cast<std::int32_t>(AttachCount(head)),
                         static_cast<std::int64_t>(DataSize(head)), Key(head)});
     }
-    return SUCCESS;
-}
-
-LinkManager::Result LinkManager::GetManagerDebuInfo(std::vector<ManagerDebugInfo>& info) {
-    if (!m_started) return NOT_STARTED;
-    std::int64_t stamps[m_nManagerSlots];
-    const Result result = TakeControl();
-    if (result != SUCCESS) return result;
-    std::memcpy(stamps, ManagerStamps(), sizeof stamps);
-    ReleaseControl();
-    info.clear();
-    for (std::int64_t stamp : stamps) info.push_back({stamp != 0});
     return SUCCESS;
 }
 
@@ -557,10 +192,6 @@ std::string LinkManager::GetResultString(Result result) {
                                         "Failed to take control of shared memory"};
     if (result < SUCCESS || result > TAKE_CONTROL_FAILED) return "Unknown";
     return texts[result - SUCCESS];
-}
-
-void LinkManager::PrintAccessInfo(bool, bool) {
-    std::cout << "No access output for semPath and shmPath on Windows" << std::endl;
 }
 
 }  // namespace Dorva

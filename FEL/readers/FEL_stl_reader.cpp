@@ -301,37 +301,43 @@ int edge_zones(int n_triangles, int n_vertices, const FEL_vector3<int>* triangle
 }  // namespace
 
 FEL_pointer<FEL_mesh> FEL_stl_read_mesh(std::string path, unsigned binary) {
-    g_blnUseClose = false;
-    FEL_set_file_read_progress(0.0f);
-    std::vector<_FEL_triangle> list;
-    if (binary == 1)
-        FEL_stl_read_mesh_binary(path, list);
-    else
-        FEL_stl_read_mesh_ascii(path, list);
-    FEL_set_file_read_progress(0.2f);
-    const int n_triangles = static_cast<int>(list.size());
-    auto* triangles = new FEL_vector3<int>[n_triangles];
-    std::vector<FEL_vector3<float>> merged;
-    if (has_nan(list))
-        merge_vertices_by_map(list, merged, triangles);
-    else
-        merge_vertices(list, merged, triangles);
-    FEL_set_file_read_progress(0.3f);
-    FEL_set_file_read_progress(0.5f);
-    std::vector<_FEL_triangle>().swap(list);
-    const int n_vertices = static_cast<int>(merged.size());
-    auto* vertices = new FEL_vector3<float>[n_vertices];
-    std::copy(merged.begin(), merged.end(), vertices);
-    std::vector<FEL_vector3<float>>().swap(merged);
-    auto* zones = new int[n_triangles];
-    FEL_set_file_read_progress(0.6f);
-    const int zone = edge_zones(n_triangles, n_vertices, triangles, zones);
-    FEL_set_file_read_progress(0.9f);
-    if (FEL_reader_verbose) {
-        std::cerr << "Found " << zone << " zones in this STL file," << std::endl;
-        std::cerr << "which contains " << n_triangles << " triangles." << std::endl;
+    int n_triangles = 0, n_vertices = 0;
+    FEL_vector3<int>* triangles = nullptr;
+    FEL_vector3<float>* vertices = nullptr;
+    int* zones = nullptr;
+    {
+        // Vertices merge on equal coordinates only.
+        FEL_use_close_scope exact(false);
+        FEL_set_file_read_progress(0.0f);
+        std::vector<_FEL_triangle> list;
+        if (binary == 1)
+            FEL_stl_read_mesh_binary(path, list);
+        else
+            FEL_stl_read_mesh_ascii(path, list);
+        FEL_set_file_read_progress(0.2f);
+        n_triangles = static_cast<int>(list.size());
+        triangles = new FEL_vector3<int>[n_triangles];
+        std::vector<FEL_vector3<float>> merged;
+        if (has_nan(list))
+            merge_vertices_by_map(list, merged, triangles);
+        else
+            merge_vertices(list, merged, triangles);
+        FEL_set_file_read_progress(0.3f);
+        FEL_set_file_read_progress(0.5f);
+        std::vector<_FEL_triangle>().swap(list);
+        n_vertices = static_cast<int>(merged.size());
+        vertices = new FEL_vector3<float>[n_vertices];
+        std::copy(merged.begin(), merged.end(), vertices);
+        std::vector<FEL_vector3<float>>().swap(merged);
+        zones = new int[n_triangles];
+        FEL_set_file_read_progress(0.6f);
+        const int zone = edge_zones(n_triangles, n_vertices, triangles, zones);
+        FEL_set_file_read_progress(0.9f);
+        if (FEL_reader_verbose) {
+            std::cerr << "Found " << zone << " zones in this STL file," << std::endl;
+            std::cerr << "which contains " << n_triangles << " triangles." << std::endl;
+        }
     }
-    g_blnUseClose = true;
     FEL_pointer<FEL_mesh> mesh(new FEL_tetrahedral_mesh(
         n_vertices, vertices, n_triangles, triangles, zones, 0, nullptr, "tetrahedral_mesh"));
     FEL_set_file_read_progress(1.0f);

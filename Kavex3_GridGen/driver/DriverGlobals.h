@@ -6,9 +6,14 @@
 #include <string>
 #include <vector>
 
-// Debug switch of the later stages; set from the project's "Debug Level" line. Defined by the
-// intersector, which reads it.
+#include "intersector/IntersectContext.h"
+
+// Debug switch of the later stages; set from the project's "Debug Level" line. The intersector
+// reads its copy in its run context.
 extern bool g_blnDebug;
+// The intersector's run context of the worker: the stages after the intersection reach the cells
+// through it.
+extern IntersectContext g_intersectContext;
 // Guards the stop check's look at the parent link.
 extern pthread_mutex_t g_mutex;
 // The working directory at start, with "/" appended.

@@ -34,13 +34,13 @@ std::vector<FEL_vector3<int>> ScanBodyCells() {
     long long intersected = 0;
     // The decisions follow the descending scan; afterwards a cell's state alone tells its fate:
     // 1 stays intersected, 2 is outside, anything else is blocked.
-    DecideCells(g_gridCells, intersected);
+    DecideCells(g_intersectContext, intersected);
     std::vector<FEL_vector3<int>> cells;
-    const FEL_vector3<int> n = g_v3iGridDimensions;
+    const FEL_vector3<int> n = g_intersectContext.GridDimensions();
     for (int i = n[0] - 1; i >= 0; --i)
         for (int j = n[1] - 1; j >= 0; --j)
             for (int k = n[2] - 1; k >= 0; --k) {
-                const CellState state = g_gridCells(i, j, k).m_eState;
+                const CellState state = g_intersectContext.m_gridCells(i, j, k).m_eState;
                 if (state != CELL_INTERSECTED && state != CELL_EXTERIOR)
                     cells.emplace_back(i + 1, j + 1, k + 1);
             }

@@ -15,8 +15,8 @@ struct GridOffsets {
     double dblX = 0.0, dblY = 0.0, dblZ = 0.0;
 };
 
-// Decides every cell of g_gridCells that has triangles or is marked intersected, and returns the
-// body cells, one-based, in the scan's order: i falling, then j, then k.
+// Decides every cell of the run's cells that has triangles or is marked intersected, and returns
+// the body cells, one-based, in the scan's order: i falling, then j, then k.
 std::vector<FEL_vector3<int>> ScanBodyCells();
 
 // The cells listed behind "# Num. of Body Cells:" of a solver input file, one-based, in the scan's

@@ -109,9 +109,10 @@ static void RunFullPath(char* programName, const std::string& strRunDir, RunFile
     std::vector<_BodyStruct> surfaces;
     for (const _BodyStruct& body : bodies)
         if (body.eBodyType > BODY_ZCUT) surfaces.push_back(body);
-    IntersectGrid(grid, surfaces, strRunDir);
+    g_intersectContext.m_blnDebug = g_blnDebug;
+    IntersectGrid(g_intersectContext, grid, surfaces, strRunDir);
     std::cout << "Calculating body cells..." << std::endl;
-    ClassifyCells(grid);
+    ClassifyCells(g_intersectContext);
 
     // A project that names no solver input file gets the generator's default one, which is the
     // file that the generator wrote and that the blocked cells belong in.
@@ -120,7 +121,7 @@ static void RunFullPath(char* programName, const std::string& strRunDir, RunFile
     std::vector<FEL_vector3<int>> generatorCells;
     if (blnMixed) generatorCells = ReadSolverBodyCells(strSolverFile);
     WriteFinalOutput(strSolverFile, strGridFile, grid, offsets, generatorCells);
-    g_gridCells.Release();
+    g_intersectContext.m_gridCells.Release();
 }
 
 int GridGenMain(int argc, char** argv) {

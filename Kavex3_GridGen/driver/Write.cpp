@@ -86,8 +86,8 @@ void OutputIBlankedGrid(std::string fileName, FEL_pointer<FEL_mesh> mesh,
     // The blanking values of the vertices are never written, so they are not computed.
     std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(fileName.c_str(), "w"), &std::fclose);
     if (!file) return;
-    const int n[3] = {g_v3iGridDimensions[0] + 1, g_v3iGridDimensions[1] + 1,
-                      g_v3iGridDimensions[2] + 1};
+    int n[3] = {0, 0, 0};
+    mesh->get_structured_dimensions(n);
     std::ostringstream head;
     if (writeOffsets) head << "# " << offsetX << ' ' << offsetY << ' ' << offsetZ;
     head << '\n' << n[0] << ' ' << n[1] << ' ' << n[2] << '\n';

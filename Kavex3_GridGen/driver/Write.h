@@ -16,7 +16,7 @@
 void WriteOutBoundingBoxes(std::vector<_BodyStruct>& bodies);
 
 // Rewrites the grid file for the solver: "# a b c" (or an empty line without offsets), the point
-// counts of g_v3iGridDimensions, every X, then Y, then Z coordinate of the mesh (i fastest) as one
+// counts of the mesh, every X, then Y, then Z coordinate of the mesh (i fastest) as one
 // blank and the value fixed with 5 decimals, all on one line; with writeBodyCells the tail
 // "# Num. of Body Cells: ", the count, the heading and the cells from the last of the list to the
 // first, "I, J, K" one-based. A file that can't be opened is silently not written.

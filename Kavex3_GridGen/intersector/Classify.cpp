@@ -6,117 +6,60 @@
 #include <vector>
 
 #include "intersector/CellWalk.h"
-#include "intersector/Intersector.h"
 #include "intersector/Parallel.h"
 #include "intersector/TriangleBox.h"
 
 namespace {
-// Faces in the order they are tried: neighbour offset, first sub-cell, scan axes A and B.
-struct Face {
-    int m_aintStep[3];
-    int m_aintFirst[3];
-    int m_intAxisA, m_intAxisB;
-};
-const Face kFaces[6] = {
+// One sub-cell's share of the 4 x 4 x 4 sub-grid: 1/64, exact in float.
+const float kSubCellShare = 0.015625f;
+
+// The fast decision, for IsCellInterior and DecideCells alike. No exterior face leaves both of
+// the flood's counts at 0; a touched sub-cell keeps their sum below 64; otherwise the first open
+// face floods all 64 empty sub-cells. touched: whether AnySubCellTouched holds for the cell.
+int DecideFast(const GridCellArray& cells, const FEL_vector3<int>& p, const GridCell& cell,
+               bool touched) {
+    bool open = false;
+    for (const CellFace& f : kCellFaces) open = open || FaceQualifies(f, p, cells);
+    if (!open || touched) return CELL_INTERIOR;
+    return SubCellDecision(64, 0, cell.m_vecTriangles.empty());
+}
+}  // namespace
+
+const CellFace kCellFaces[6] = {
     {{1, 0, 0}, {3, 1, 1}, 1, 2},  {{0, 1, 0}, {1, 3, 1}, 0, 2},  {{0, 0, 1}, {1, 1, 3}, 0, 1},
     {{-1, 0, 0}, {0, 1, 1}, 1, 2}, {{0, -1, 0}, {1, 0, 1}, 0, 2}, {{0, 0, -1}, {1, 1, 0}, 0, 1},
 };
 
-// The high faces look only below the last-but-one layer: cells of that layer keep them closed.
-bool FaceQualifies(const Face& f, const FEL_vector3<int>& p, GridCellArray& cells) {
+bool FaceQualifies(const CellFace& f, const FEL_vector3<int>& p, const GridCellArray& cells) {
     for (int a = 0; a < 3; ++a) {
-        if (f.m_aintStep[a] > 0 && !(p[a] < g_v3iGridDimensions[a] - 2)) return false;
+        if (f.m_aintStep[a] > 0 && !(p[a] < cells.Count(a) - 2)) return false;
         if (f.m_aintStep[a] < 0 && !(p[a] >= 1)) return false;
     }
     return cells(p.x + f.m_aintStep[0], p.y + f.m_aintStep[1], p.z + f.m_aintStep[2]).m_eState ==
            CELL_EXTERIOR;
 }
 
-int Decision(unsigned exterior, unsigned intersected, bool listEmpty) {
-    float share = float((intersected >> 1) + exterior) * 0.015625f;
+int SubCellDecision(unsigned exterior, unsigned intersected, bool listEmpty) {
+    float share = float((intersected >> 1) + exterior) * kSubCellShare;
     if (1.0f > share) return CELL_INTERIOR;
     return listEmpty ? CELL_EXTERIOR : CELL_INTERSECTED;
 }
 
-// The literal procedure: a sub-grid by DiscretizeSpace and a flood from each exterior face.
-int IsCellInteriorPlain(FEL_vector3<int> p, GridCellArray& cells, GridCell& cell) {
-    TriangleSpan span = cells.Triangles(cell);
-    std::vector<std::vector<Triangle*>> lists = {std::vector<Triangle*>(span.begin(), span.end())};
-    FEL_vector3<float> bounds[2] = {cells.CellMin(p.x, p.y, p.z), cells.CellMax(p.x, p.y, p.z)};
-    std::vector<FEL_vector3<float>> mins = {bounds[0]}, maxs = {bounds[1]};
-    SearchGrid sub;
-    DiscretizeSpace(sub, bounds, FEL_vector3<int>(5, 5, 5), lists, mins, maxs);
-    int state[64] = {};
-    auto at = [](int a, int b, int c) { return (a * 4 + b) * 4 + c; };
-    unsigned exterior = 0, intersected = 0;
-    bool tried[6] = {};
-    std::vector<FEL_vector3<int>> stack;
-    for (;;) {
-        int f = 0;
-        while (f < 6 && (tried[f] || !FaceQualifies(kFaces[f], p, cells))) ++f;
-        if (f == 6) break;
-        tried[f] = true;
-        const Face& face = kFaces[f];
-        auto isStart = [&](const FEL_vector3<int>& s) {
-            return sub.m_vecLists[sub.Linear(s.x, s.y, s.z)].empty() &&
-                   state[at(s.x, s.y, s.z)] == 0;
-        };
-        FEL_vector3<int> start(face.m_aintFirst[0], face.m_aintFirst[1], face.m_aintFirst[2]);
-        bool found = isStart(start);
-        for (int A = 0; A < 4 && !found; ++A)
-            for (int B = 0; B < 4 && !found; ++B) {
-                start[face.m_intAxisA] = A;
-                start[face.m_intAxisB] = B;
-                found = isStart(start);
-            }
-        if (found) {
-            stack.assign(1, start);
-            while (!stack.empty()) {
-                FEL_vector3<int> s = stack.back();
-                stack.pop_back();
-                int& st = state[at(s.x, s.y, s.z)];
-                if (st != 0) continue;
-                if (!sub.m_vecLists[sub.Linear(s.x, s.y, s.z)].empty()) {
-                    ++intersected;
-                    st = 1;
-                    continue;
-                }
-                ++exterior;
-                st = 2;
-                for (int step : {1, -1})
-                    for (int a = 0; a < 3; ++a) {
-                        FEL_vector3<int> q = s;
-                        q[a] += step;
-                        if (q[a] >= 0 && q[a] <= 3 && state[at(q.x, q.y, q.z)] == 0)
-                            stack.push_back(q);
-                    }
-            }
-        }
-        bool all = true;
-        for (bool t : tried) all = all && t;
-        if (all) break;
-    }
-    return Decision(exterior, intersected, cell.m_vecTriangles.empty());
-}
-}  // namespace
-
-void ClassifyCells(FEL_pointer<FEL_mesh> mesh) {
-    int d[3];
-    mesh->get_structured_dimensions(d);
-    GridCell* data = g_gridCells.Data();
-    const int threads = g_intersectOptions.m_blnPlain ? 1 : IntersectThreads();
-    CellWalk walk(g_gridCells);
+void ClassifyCells(IntersectContext& run) {
+    const FEL_vector3<int> n = run.GridDimensions();
+    GridCell* data = run.m_gridCells.Data();
+    const int threads = run.Threads();
+    CellWalk walk(run.m_gridCells);
     walk.SetOpen(threads, [data](std::size_t id) { return data[id].m_eState != CELL_INTERSECTED; });
-    ++GridCell::s_ushtNewCounter;
     // The seed is fixed; a grid without it (one cell along k) gets no exterior.
-    if (d[0] >= 2 && d[1] >= 2 && d[2] >= 3) walk.Seed(0, 0, 1);
+    if (n[0] >= 1 && n[1] >= 1 && n[2] >= 2) walk.Seed(0, 0, 1);
     walk.Run();
-    const std::uint16_t mark = GridCell::s_ushtNewCounter;
+    const std::uint16_t mark = run.NewVisitMark();
     const long count = long(walk.EachVisited(threads, [data, mark](std::size_t id, bool open) {
         data[id].m_ushtCounter = mark;
         if (open) data[id].m_eState = CELL_EXTERIOR;
     }));
-    if (g_blnDebug) std::cout << "There were " << count << " intersected cells." << std::endl;
+    if (run.m_blnDebug) std::cout << "There were " << count << " intersected cells." << std::endl;
 }
 
 bool AnySubCellTouched(const GridCellArray& cells, FEL_vector3<int> p) {
@@ -151,27 +94,23 @@ bool AnySubCellTouched(const GridCellArray& cells, FEL_vector3<int> p) {
     return false;
 }
 
-int IsCellInterior(FEL_vector3<int> index, GridCellArray& cells, GridCell& cell) {
-    if (g_intersectOptions.m_blnPlain) return IsCellInteriorPlain(index, cells, cell);
-    // The sub-grid would reset the visit counter; so does this.
-    GridCell::s_ushtNewCounter = 0;
-    bool open = false;
-    for (const Face& f : kFaces) open = open || FaceQualifies(f, index, cells);
-    // No exterior face leaves both counters at 0; a touched sub-cell keeps the sum below 64;
-    // otherwise the first open face floods all 64 empty sub-cells.
-    if (!open || AnySubCellTouched(cells, index)) return CELL_INTERIOR;
-    return Decision(64, 0, cell.m_vecTriangles.empty());
+int IsCellInterior(IntersectContext& run, FEL_vector3<int> index, GridCell& cell) {
+    if (run.m_options.m_pReference)
+        return run.m_options.m_pReference->m_pfnIsCellInterior(run, index, cell);
+    return DecideFast(run.m_gridCells, index, cell, AnySubCellTouched(run.m_gridCells, index));
 }
 
-long long DecideCells(GridCellArray& cells, long long& intersected) {
+long long DecideCells(IntersectContext& run, long long& intersected) {
+    GridCellArray& cells = run.m_gridCells;
+    const bool reference = run.m_options.m_pReference != nullptr;
+    const int threads = run.Threads();
     intersected = 0;
     if (cells.Size() == 0) return 0;
     // Whether a touched cell's sub-cells are touched depends on no state: found first, for all
     // lists at once, on the option's threads.
     const int lists = int(cells.ListCount());
     std::vector<char> touched(lists, 0);
-    if (!g_intersectOptions.m_blnPlain) {
-        int threads = IntersectThreads();
+    if (!reference) {
         int pieces = std::max(1, std::min(lists, 16 * threads));
         RunPieces(pieces, threads, [&](int piece) {
             int from = int(std::int64_t(lists) * piece / pieces);
@@ -184,7 +123,6 @@ long long DecideCells(GridCellArray& cells, long long& intersected) {
     // triangles or marked intersected change, and only they are read by the decisions, so the
     // others are counted in parallel slabs and these taken afterwards in the scan's order.
     const GridCell* data = cells.Data();
-    const int threads = g_intersectOptions.m_blnPlain ? 1 : IntersectThreads();
     const int slabs = int(std::min<std::size_t>(cells.Size(), std::size_t(16) * threads));
     std::vector<long long> bulk(slabs, 0);
     std::vector<std::vector<std::uint32_t>> special(slabs);
@@ -201,35 +139,25 @@ long long DecideCells(GridCellArray& cells, long long& intersected) {
     });
     long long body = 0;
     for (long long n : bulk) body += n;
-    bool called = false;
     for (int slab = slabs - 1; slab >= 0; --slab)
         for (std::uint32_t id : special[slab]) {
             GridCell& cell = cells.Data()[id];
-            const bool empty = cell.m_vecTriangles.empty();
             const FEL_vector3<int> p = cells.Index(id);
-            called = true;
-            int state;
-            if (g_intersectOptions.m_blnPlain) {
-                state = IsCellInterior(p, cells, cell);
-            } else {
-                bool open = false;
-                for (const Face& f : kFaces) open = open || FaceQualifies(f, p, cells);
-                bool hit = !empty && touched[cell.m_vecTriangles.m_uintHandle - 1];
-                state = !open || hit ? CELL_INTERIOR : Decision(64, 0, empty);
-            }
+            const bool hit =
+                !cell.m_vecTriangles.empty() && touched[cell.m_vecTriangles.m_uintHandle - 1];
+            const int state =
+                reference ? IsCellInterior(run, p, cell) : DecideFast(cells, p, cell, hit);
             cell.m_eState = CellState(state);
             if (state == CELL_INTERSECTED)
                 ++intersected;
             else if (state != CELL_EXTERIOR)
                 ++body;
         }
-    // As after the last IsCellInterior.
-    if (called) GridCell::s_ushtNewCounter = 0;
     return body;
 }
 
-bool FormsLoop(unsigned i, unsigned j, unsigned k, unsigned coord) {
-    GridCellArray& cells = g_gridCells;
+bool FormsLoop(IntersectContext& run, unsigned i, unsigned j, unsigned k, unsigned coord) {
+    GridCellArray& cells = run.m_gridCells;
     auto hit = [&](unsigned a, unsigned b, unsigned c) {
         return cells(int(a), int(b), int(c)).m_eState == CELL_INTERSECTED;
     };
@@ -264,25 +192,23 @@ bool FormsLoop(unsigned i, unsigned j, unsigned k, unsigned coord) {
     FEL_vector3<int> step(1, 1, 1);
     step[int(coord)] = 0;
     std::vector<FEL_vector3<int>> stack = {start};
-    ++GridCell::s_ushtNewCounter;
+    const std::uint16_t mark = run.NewVisitMark();
     while (!stack.empty()) {
         FEL_vector3<int> c = stack.back();
         stack.pop_back();
         GridCell& cell = cells(c.x, c.y, c.z);
-        if (cell.m_ushtCounter == GridCell::s_ushtNewCounter) continue;
-        cell.m_ushtCounter = GridCell::s_ushtNewCounter;
+        if (cell.m_ushtCounter == mark) continue;
+        cell.m_ushtCounter = mark;
         if (c == end) return true;
         for (int a = 0; a < 3; ++a)
             for (int sign : {1, -1}) {
                 FEL_vector3<int> nb = c;
                 nb[a] += sign * step[a];
                 bool inside = true;
-                for (int b = 0; b < 3; ++b)
-                    inside = inside && nb[b] >= 0 && nb[b] < g_v3iGridDimensions[b];
+                for (int b = 0; b < 3; ++b) inside = inside && nb[b] >= 0 && nb[b] < cells.Count(b);
                 if (!inside || nb == self) continue;
                 GridCell& nc = cells(nb.x, nb.y, nb.z);
-                if (nc.m_eState == CELL_INTERSECTED &&
-                    nc.m_ushtCounter != GridCell::s_ushtNewCounter)
+                if (nc.m_eState == CELL_INTERSECTED && nc.m_ushtCounter != mark)
                     stack.push_back(nb);
             }
     }

@@ -4,16 +4,12 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <iostream>
 #include <new>
 #include <stdexcept>
 
 #include "FEL_axis_aligned_mesh.h"
-#include "intersector/IntersectGlobals.h"
 #include "intersector/TriangleBox.h"
 #include "intersector/ZeroedMemory.h"
-
-std::uint16_t GridCell::s_ushtNewCounter = 0;
 
 GridCellArray::~GridCellArray() {
     Release();
@@ -105,8 +101,28 @@ FEL_vector3<float> SearchGrid::CellMax(int a, int b, int c) const {
     return CellMin(a + 1, b + 1, c + 1);
 }
 
+namespace {
+// The absolute slack of the box overlap: the float epsilon (the spacing of floats at 1), in both
+// precisions.
+const float kOverlapSlack = 1.1920929e-7f;
+// The closeness of the double-precision overlap, finer than FEL_Close's 0.0001: mantissas of equal
+// exponent within kCloseMantissa, values within kCloseRelative of the first, or both within
+// kCloseZero of zero.
+const double kCloseMantissa = 0.00001;
+const double kCloseRelative = 0.00001;
+const double kCloseZero = 0.0001;
+
+bool CloseDouble(double a, double b) {
+    int ea, eb;
+    double ma = std::frexp(a, &ea), mb = std::frexp(b, &eb);
+    if (ea == eb && std::fabs(ma - mb) < kCloseMantissa) return true;
+    if (std::fabs(a) * kCloseRelative >= std::fabs(a - b)) return true;
+    return std::fabs(a) <= kCloseZero && std::fabs(b) <= kCloseZero;
+}
+}  // namespace
+
 bool CubesIntersect(const float* minA, const float* maxA, const float* minB, const float* maxB) {
-    const float e = 1.1920929e-7f;
+    const float e = kOverlapSlack;
     for (int a = 0; a < 3; ++a) {
         if (minA[a] > maxB[a] + e && !(g_blnUseClose && FEL_Close(maxB[a], minA[a]))) return false;
         if (minB[a] - e > maxA[a] && !(g_blnUseClose && FEL_Close(minB[a], maxA[a]))) return false;
@@ -114,20 +130,9 @@ bool CubesIntersect(const float* minA, const float* maxA, const float* minB, con
     return true;
 }
 
-namespace {
-// The closeness of the double-precision overlap: finer mantissas and relative step than FEL_Close.
-bool CloseDouble(double a, double b) {
-    int ea, eb;
-    double ma = std::frexp(a, &ea), mb = std::frexp(b, &eb);
-    if (ea == eb && std::fabs(ma - mb) < 0.00001) return true;
-    if (std::fabs(a) * 0.00001 >= std::fabs(a - b)) return true;
-    return std::fabs(a) <= 0.0001 && std::fabs(b) <= 0.0001;
-}
-}  // namespace
-
 bool CubesIntersect(const double* minA, const double* maxA, const double* minB,
                     const double* maxB) {
-    const double e = double(1.1920929e-7f);
+    const double e = double(kOverlapSlack);
     for (int a = 0; a < 3; ++a) {
         if (minA[a] > maxB[a] + e && !(g_blnUseClose && CloseDouble(maxB[a], minA[a])))
             return false;
@@ -164,30 +169,11 @@ void CreateGrid(GridCellArray& cells, FEL_pointer<FEL_mesh> mesh) {
         }
     }
     cells.Reset(axes);
-    GridCell::s_ushtNewCounter = 0;
-    g_v3iGridDimensions = {cells.Count(0), cells.Count(1), cells.Count(2)};
-    if (g_blnDebug) std::cout << d[0] << "x" << d[1] << "x" << d[2] << std::endl;
 }
 
 namespace {
-void DiscretizePlain(SearchGrid& grid, const std::vector<std::vector<Triangle*>>& lists,
-                     const std::vector<FEL_vector3<float>>& mins,
-                     const std::vector<FEL_vector3<float>>& maxs) {
-    for (int a = 0; a < grid.m_aintCount[0]; ++a)
-        for (int b = 0; b < grid.m_aintCount[1]; ++b)
-            for (int c = 0; c < grid.m_aintCount[2]; ++c) {
-                FEL_vector3<float> lo = grid.CellMin(a, b, c), hi = grid.CellMax(a, b, c);
-                FEL_vector3<double> dlo(lo), dhi(hi);
-                std::vector<Triangle*>& out = grid.m_vecLists[grid.Linear(a, b, c)];
-                for (std::size_t m = 0; m < mins.size(); ++m) {
-                    if (!CubesIntersect(&lo.x, &hi.x, &mins[m].x, &maxs[m].x)) continue;
-                    for (Triangle* t : lists[m])
-                        if (t->PartialBoundingBoxTest(&dlo.x, &dhi.x)) out.push_back(t);
-                }
-            }
-}
-
-// The same lists, triangle by triangle over the cells that its box can touch.
+// Triangle by triangle over the cells that its box can touch: the lists of the literal cell by
+// cell search, without trying every triangle on every cell.
 void DiscretizeFast(SearchGrid& grid, const std::vector<std::vector<Triangle*>>& lists,
                     const std::vector<FEL_vector3<float>>& mins,
                     const std::vector<FEL_vector3<float>>& maxs) {
@@ -223,10 +209,8 @@ void DiscretizeFast(SearchGrid& grid, const std::vector<std::vector<Triangle*>>&
 }
 }  // namespace
 
-void DiscretizeSpace(SearchGrid& cells, const FEL_vector3<float>* bounds,
-                     const FEL_vector3<int>& dims, const std::vector<std::vector<Triangle*>>& lists,
-                     const std::vector<FEL_vector3<float>>& mins,
-                     const std::vector<FEL_vector3<float>>& maxs) {
+void SizeSearchGrid(SearchGrid& cells, const FEL_vector3<float>* bounds,
+                    const FEL_vector3<int>& dims) {
     for (int a = 0; a < 3; ++a) {
         cells.m_v3fStep[a] = (bounds[1][a] - bounds[0][a]) / float(dims[a] - 1);
         cells.m_aintCount[a] = dims[a] - 1;
@@ -235,9 +219,12 @@ void DiscretizeSpace(SearchGrid& cells, const FEL_vector3<float>* bounds,
     cells.m_vecLists.assign(std::size_t(cells.m_aintCount[0]) * std::size_t(cells.m_aintCount[1]) *
                                 std::size_t(cells.m_aintCount[2]),
                             {});
-    GridCell::s_ushtNewCounter = 0;
-    if (g_intersectOptions.m_blnPlain)
-        DiscretizePlain(cells, lists, mins, maxs);
-    else
-        DiscretizeFast(cells, lists, mins, maxs);
+}
+
+void DiscretizeSpace(SearchGrid& cells, const FEL_vector3<float>* bounds,
+                     const FEL_vector3<int>& dims, const std::vector<std::vector<Triangle*>>& lists,
+                     const std::vector<FEL_vector3<float>>& mins,
+                     const std::vector<FEL_vector3<float>>& maxs) {
+    SizeSearchGrid(cells, bounds, dims);
+    DiscretizeFast(cells, lists, mins, maxs);
 }

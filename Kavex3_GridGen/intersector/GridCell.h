@@ -32,11 +32,9 @@ class TriangleList {
 // One grid cell: 8 bytes. Its corners come from the axes of its array.
 struct GridCell {
     TriangleList m_vecTriangles;
-    // Visit mark: the value of s_ushtNewCounter when the cell was last visited.
+    // Visit mark: the mark of the walk that last visited the cell (IntersectContext::NewVisitMark).
     std::uint16_t m_ushtCounter = 0;
     CellState m_eState = CELL_UNKNOWN;
-
-    static std::uint16_t s_ushtNewCounter;
 };
 static_assert(std::is_trivially_copyable<GridCell>::value, "cells live in zeroed memory");
 static_assert(sizeof(GridCell) == 8, "a cell is 8 bytes");
@@ -155,12 +153,16 @@ struct SearchGrid {
 bool CubesIntersect(const float* minA, const float* maxA, const float* minB, const float* maxB);
 bool CubesIntersect(const double* minA, const double* maxA, const double* minB, const double* maxB);
 
-// One cell per hexahedron of the mesh, all unknown; sets g_v3iGridDimensions. Throws
-// FEL_exception for a mesh that is not axis-aligned with ascending corners.
+// One cell per hexahedron of the mesh, all unknown. Throws for a mesh that is not axis-aligned
+// with ascending corners.
 void CreateGrid(GridCellArray& cells, FEL_pointer<FEL_mesh> mesh);
 
-// dims[a] - 1 uniform cells over bounds[0]..bounds[1]; each takes, for each box m that it
-// overlaps, the triangles of lists[m] that touch it, in list order.
+// Lays out dims[a] - 1 uniform cells over bounds[0]..bounds[1], all empty.
+void SizeSearchGrid(SearchGrid& cells, const FEL_vector3<float>* bounds,
+                    const FEL_vector3<int>& dims);
+
+// SizeSearchGrid, then each cell takes, for each box m that it overlaps, the triangles of
+// lists[m] that touch it, in list order.
 void DiscretizeSpace(SearchGrid& cells, const FEL_vector3<float>* bounds,
                      const FEL_vector3<int>& dims, const std::vector<std::vector<Triangle*>>& lists,
                      const std::vector<FEL_vector3<float>>& mins,

@@ -12,8 +12,6 @@
 #include "intersector/Witness.h"
 #include "intersector/convert.h"
 
-GridCellArray g_gridCells;
-
 std::size_t IntersectBytesPerCell() {
     // The last term covers the walks' bit rows.
     return sizeof(GridCell) + 4 * sizeof(std::uint32_t) + 1;
@@ -30,44 +28,10 @@ void PushCorners(CellWalk& walk) {
     for (int n = 7; n >= 0; --n) walk.Seed(seeds[n][0], seeds[n][1], seeds[n][2]);
 }
 
-// The walk as the literal procedure: each popped cell searches its witnesses in list order.
-void WalkPlain(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
-    int n[3] = {cells.Count(0), cells.Count(1), cells.Count(2)};
-    int X = n[0] - 1, Y = n[1] - 1, Z = n[2] - 1;
-    std::vector<FEL_vector3<int>> stack = {{X, Y, Z}, {0, Y, Z}, {X, 0, Z}, {X, Y, 0},
-                                           {0, 0, Z}, {X, 0, 0}, {0, Y, 0}, {0, 0, 0}};
-    ++GridCell::s_ushtNewCounter;
-    std::vector<Triangle*> found;
-    while (!stack.empty()) {
-        FEL_vector3<int> p = stack.back();
-        stack.pop_back();
-        GridCell& cell = cells(p.x, p.y, p.z);
-        if (cell.m_ushtCounter == GridCell::s_ushtNewCounter) continue;
-        found.clear();
-        CellWitnesses(grids, cells.CellMin(p.x, p.y, p.z), cells.CellMax(p.x, p.y, p.z), found);
-        for (Triangle* t : found) cells.Append(cell, t);
-        cell.m_ushtCounter = GridCell::s_ushtNewCounter;
-        if (!found.empty()) {
-            cell.m_eState = CELL_INTERSECTED;
-            continue;
-        }
-        for (int a = 0; a < 3; ++a) {
-            FEL_vector3<int> q = p;
-            if (p[a] > 0) {
-                q[a] = p[a] - 1;
-                stack.push_back(q);
-            }
-            if (p[a] < n[a] - 1) {
-                q[a] = p[a] + 1;
-                stack.push_back(q);
-            }
-        }
-    }
-}
-
 // Every cell gets its witnesses, then the walk keeps those of the cells it reaches.
-void WalkFast(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
-    const int threads = IntersectThreads();
+void WalkFast(IntersectContext& run, const std::vector<SearchGrid>& grids) {
+    GridCellArray& cells = run.m_gridCells;
+    const int threads = run.Threads();
     // Brings the cells' pages in on all threads while every cell is still all zero bytes, so
     // that the witness lists land in memory already there.
     char* bytes = reinterpret_cast<char*>(cells.Data());
@@ -81,10 +45,9 @@ void WalkFast(GridCellArray& cells, const std::vector<SearchGrid>& grids) {
     walk.OpenAll();
     for (std::uint32_t handle = 1; handle <= cells.ListCount(); ++handle)
         walk.Close(cells.ListCell(handle));
-    ++GridCell::s_ushtNewCounter;
     PushCorners(walk);
     walk.Run();
-    const std::uint16_t mark = GridCell::s_ushtNewCounter;
+    const std::uint16_t mark = run.NewVisitMark();
     GridCell* data = cells.Data();
     walk.EachVisited(threads, [data, mark](std::size_t id, bool open) {
         data[id].m_ushtCounter = mark;
@@ -158,15 +121,16 @@ void OutputTriangles(GridCellArray& cells, FEL_vector3<int> dims, std::string pa
     WriteZone(out, all);
 }
 
-void IntersectZones(std::vector<SurfaceZone>& zones, const std::string& folder) {
-    GridCellArray& cells = g_gridCells;
-    g_v3iGridDimensions = {cells.Count(0), cells.Count(1), cells.Count(2)};
+void IntersectZones(IntersectContext& run, std::vector<SurfaceZone>& zones,
+                    const std::string& folder) {
+    GridCellArray& cells = run.m_gridCells;
+    const ReferenceProcedure* reference = run.m_options.m_pReference;
     std::vector<std::vector<Triangle*>> lists;
     std::vector<FEL_vector3<float>> mins, maxs;
     std::vector<SearchGrid> grids;
     for (SurfaceZone& z : zones) {
         cells.Own(z.m_vecTriangles);
-        if (g_blnDebug)
+        if (run.m_blnDebug)
             std::cout << "Number of triangles: " << z.m_vecTriangles.size() << std::endl;
         lists.push_back(z.m_vecTriangles);
         FEL_vector3<float> box[2] = {z.m_v3fMin - FEL_vector3<float>(1.0f, 1.0f, 1.0f),
@@ -174,26 +138,38 @@ void IntersectZones(std::vector<SurfaceZone>& zones, const std::string& folder) 
         mins.push_back(box[0]);
         maxs.push_back(box[1]);
         grids.emplace_back();
-        if (g_blnDebug) std::cout << "start discrete  " << box[0] << "  " << box[1] << std::endl;
-        DiscretizeSpace(grids.back(), box, kSearchDims, lists, mins, maxs);
-        if (g_blnDebug) std::cout << "end discrete" << std::endl;
+        if (run.m_blnDebug)
+            std::cout << "start discrete  " << box[0] << "  " << box[1] << std::endl;
+        if (reference) {
+            SizeSearchGrid(grids.back(), box, kSearchDims);
+            reference->m_pfnDiscretize(grids.back(), lists, mins, maxs);
+        } else {
+            DiscretizeSpace(grids.back(), box, kSearchDims, lists, mins, maxs);
+        }
+        if (run.m_blnDebug) std::cout << "end discrete" << std::endl;
     }
-    if (g_blnDebug) OutputTriangles(lists, Dorva::FilePath(folder + "//completeTris.dat").Get());
+    if (run.m_blnDebug)
+        OutputTriangles(lists, Dorva::FilePath(folder + "//completeTris.dat").Get());
     if (cells.Size() > 0) {
-        if (g_intersectOptions.m_blnPlain)
-            WalkPlain(cells, grids);
+        if (reference)
+            reference->m_pfnWalk(run, grids);
         else
-            WalkFast(cells, grids);
+            WalkFast(run, grids);
         CopyOuterLayers(cells);
     }
-    if (g_blnDebug)
-        OutputTriangles(cells, g_v3iGridDimensions,
+    if (run.m_blnDebug)
+        OutputTriangles(cells, run.GridDimensions(),
                         Dorva::FilePath(folder + "//trisglobal.dat").Get());
 }
 
-void IntersectGrid(FEL_pointer<FEL_mesh> grid, std::vector<_BodyStruct> bodies,
-                   std::string folder) {
-    CreateGrid(g_gridCells, grid);
+void IntersectGrid(IntersectContext& run, FEL_pointer<FEL_mesh> grid,
+                   std::vector<_BodyStruct> bodies, std::string folder) {
+    CreateGrid(run.m_gridCells, grid);
+    if (run.m_blnDebug) {
+        int d[3];
+        grid->get_structured_dimensions(d);
+        std::cout << d[0] << "x" << d[1] << "x" << d[2] << std::endl;
+    }
     std::vector<SurfaceZone> zones;
     for (const _BodyStruct& body : bodies) {
         if (!body.blnUsedInSolver) continue;
@@ -204,5 +180,5 @@ void IntersectGrid(FEL_pointer<FEL_mesh> grid, std::vector<_BodyStruct> bodies,
             zone->get_bounding_box(&zones.back().m_v3fMin, &zones.back().m_v3fMax);
         }
     }
-    IntersectZones(zones, folder);
+    IntersectZones(run, zones, folder);
 }

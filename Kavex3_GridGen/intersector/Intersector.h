@@ -10,15 +10,14 @@
 #include "FEL_vector3.h"
 #include "intersector/BodyStruct.h"
 #include "intersector/GridCell.h"
-#include "intersector/IntersectGlobals.h"
+#include "intersector/IntersectContext.h"
 
-// The cell array of the run, built by IntersectGrid; read by the classification and the final scan.
-extern GridCellArray g_gridCells;
-
-// Builds g_gridCells from the grid mesh and gives every cell that the walk from the eight corners
-// reaches a witness triangle per search cell it overlaps (CELL_INTERSECTED), or spreads through it.
-// Bodies not used in the solver are skipped. Then copies intersected states onto the outer layers.
-void IntersectGrid(FEL_pointer<FEL_mesh> grid, std::vector<_BodyStruct> bodies, std::string folder);
+// Builds the run's cells from the grid mesh and gives every cell that the walk from the eight
+// corners reaches a witness triangle per search cell it overlaps (CELL_INTERSECTED), or spreads
+// through it. Bodies not used in the solver are skipped. Then copies intersected states onto the
+// outer layers.
+void IntersectGrid(IntersectContext& run, FEL_pointer<FEL_mesh> grid,
+                   std::vector<_BodyStruct> bodies, std::string folder);
 
 // One zone of a body surface: its triangles and its mesh's bounding box.
 struct SurfaceZone {
@@ -26,9 +25,10 @@ struct SurfaceZone {
     FEL_vector3<float> m_v3fMin, m_v3fMax;
 };
 
-// IntersectGrid after the conversion: the zones of all used bodies in order, against the cells of
-// g_gridCells, which the caller has made. g_gridCells takes the triangles over.
-void IntersectZones(std::vector<SurfaceZone>& zones, const std::string& folder);
+// IntersectGrid after the conversion: the zones of all used bodies in order, against the run's
+// cells, which the caller has made. The cells take the triangles over.
+void IntersectZones(IntersectContext& run, std::vector<SurfaceZone>& zones,
+                    const std::string& folder);
 
 // Bytes per grid cell that the stages keep at most, beyond the triangles, the lists of touched
 // cells and the grid mesh: the cell itself and, at worst, four pending 32-bit seeds of a walk.

@@ -14,6 +14,11 @@ bool NearZero(double c) {
 bool SamePoint(const double* a, const double* b) {
     return Close(a[0], b[0]) && Close(a[1], b[1]) && Close(a[2], b[2]);
 }
+
+// Centroids are compared on a 0.0001 grid: each coordinate is shifted by half a step and
+// truncated to whole steps, 10000 to a unit.
+const double kCentroidSteps = 10000.0;
+const double kCentroidHalfStep = 0.00005;
 }  // namespace
 
 Triangle::Triangle() : m_blnFlagA(true), m_blnFlagB(false), m_intIndexA(-1) {}
@@ -87,8 +92,8 @@ double Triangle::FindZeroZeroZCoord() const {
 bool Triangle::SameAvgInTris(Triangle* tris, int first, int last) const {
     for (int t = first; t <= last; ++t)
         for (short c = 0; c < 3; ++c) {
-            long mine = long((Average(c) + 0.00005) * 10000.0);
-            long theirs = long((tris[t].Average(c) + 0.00005) * 10000.0);
+            long mine = long((Average(c) + kCentroidHalfStep) * kCentroidSteps);
+            long theirs = long((tris[t].Average(c) + kCentroidHalfStep) * kCentroidSteps);
             if (mine != theirs) return false;
         }
     return true;

@@ -30,9 +30,13 @@ class CellLocator {
         }
     }
 
+    // The relative widening of a triangle's box: some four million units of double rounding, far
+    // beyond the few that PartialBoundingBoxTest's arithmetic can lose.
+    static constexpr double kRelativeMargin = 1e-9;
+
     // Cells c on each axis whose [corner c, corner c + 1] meets the triangle's box widened by
-    // 1e-9 * (largest magnitude of the triangle and the corners). PartialBoundingBoxTest rejects
-    // a triangle lying wholly beyond a face plane whenever the gap exceeds a few units of
+    // kRelativeMargin * (largest magnitude of the triangle and the corners). PartialBoundingBoxTest
+    // rejects a triangle lying wholly beyond a face plane whenever the gap exceeds a few units of
     // rounding of those magnitudes, so every cell that accepts the triangle is in the ranges. A
     // triangle with a coordinate that is not finite gets every cell. False when a range is empty.
     bool Ranges(const Triangle& t, IndexRange range[3]) {
@@ -45,7 +49,7 @@ class CellLocator {
             wild |= !std::isfinite(v[a]) || !std::isfinite(v[3 + a]) || !std::isfinite(v[6 + a]);
             size = std::max(size, std::max(std::fabs(lo[a]), std::fabs(hi[a])));
         }
-        double margin = 1e-9 * (size + m_dblScale);
+        double margin = kRelativeMargin * (size + m_dblScale);
         for (int a = 0; a < 3; ++a) {
             if (wild)
                 range[a] = {0, m_aintCells[a] - 1};

@@ -4,8 +4,10 @@
 #include "intersector/Witness.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "intersector/Parallel.h"
 #include "intersector/TriangleBox.h"
@@ -29,6 +31,113 @@ struct SearchCellView {
         return CubesIntersect(&cmin.x, &cmax.x, &m_v3fMin.x, &m_v3fMax.x);
     }
 };
+// What a grid cell is to the search cell at hand.
+enum class Consulting : std::uint8_t {
+    NOT_YET_ASKED,  // no triangle has reached the cell yet
+    OPEN,           // it consults the search cell and has no witness from it yet
+    HAS_WITNESS,    // it has its witness from the search cell
+    NOT_CONSULTED,  // it does not consult the search cell
+};
+
+// The margin around a search cell within which grid cells are asked whether they consult it:
+// far wider than the slack of CubesIntersect (one float epsilon) and than the closeness of
+// FEL_Close (within 0.00021 relative and 0.0002 absolute, see convert.cpp), so no cell that
+// consults the search cell is left out; those beyond it answer no anyway.
+const double kConsultMargin = 1e-3;
+
+// (linear cell index, witness) pairs as they are found.
+using Witnesses = std::vector<std::pair<std::uint32_t, Triangle*>>;
+
+// The witness search of the grid cells with i in [m_intFirstI, m_intEndI), one search cell at a
+// time.
+struct WitnessSlab {
+    const GridCellArray& m_cells;
+    CellLocator& m_locate;
+    int m_intFirstI, m_intEndI;
+    // Per grid cell of the search cell's box (BoxOf), i slowest.
+    std::vector<Consulting> m_vecConsulting;
+    Witnesses& m_out;
+
+    // The grid cells of the slab that may consult search cell s: false when there are none.
+    bool BoxOf(const SearchCellView& s, IndexRange box[3]) const {
+        for (int x = 0; x < 3; ++x) {
+            double lo = s.m_v3fMin[x], hi = s.m_v3fMax[x];
+            double margin = kConsultMargin * (1.0 + std::fabs(lo) + std::fabs(hi));
+            box[x] = m_locate.Span(x, lo - margin, hi + margin);
+        }
+        box[0] = {std::max(box[0].m_intFirst, m_intFirstI),
+                  std::min(box[0].m_intLast, m_intEndI - 1)};
+        for (int x = 0; x < 3; ++x)
+            if (box[x].m_intFirst > box[x].m_intLast) return false;
+        return true;
+    }
+
+    // Tries triangle t on the cells of the box that it can touch and that still may take a
+    // witness from s.
+    void Offer(const SearchCellView& s, const IndexRange box[3], Triangle* t) {
+        IndexRange r[3];
+        if (!m_locate.Ranges(*t, r)) return;
+        for (int x = 0; x < 3; ++x) {
+            r[x].m_intFirst = std::max(r[x].m_intFirst, box[x].m_intFirst);
+            r[x].m_intLast = std::min(r[x].m_intLast, box[x].m_intLast);
+        }
+        const std::size_t nj = std::size_t(box[1].m_intLast - box[1].m_intFirst + 1);
+        const std::size_t nk = std::size_t(box[2].m_intLast - box[2].m_intFirst + 1);
+        for (int i = r[0].m_intFirst; i <= r[0].m_intLast; ++i)
+            for (int j = r[1].m_intFirst; j <= r[1].m_intLast; ++j)
+                for (int k = r[2].m_intFirst; k <= r[2].m_intLast; ++k) {
+                    Consulting& c = m_vecConsulting[(std::size_t(i - box[0].m_intFirst) * nj +
+                                                     std::size_t(j - box[1].m_intFirst)) *
+                                                        nk +
+                                                    std::size_t(k - box[2].m_intFirst)];
+                    if (c == Consulting::NOT_YET_ASKED)
+                        c = s.Consults(m_cells.CellMin(i, j, k), m_cells.CellMax(i, j, k))
+                                ? Consulting::OPEN
+                                : Consulting::NOT_CONSULTED;
+                    if (c != Consulting::OPEN) continue;
+                    FEL_vector3<double> lo(m_cells.CellMin(i, j, k)), hi(m_cells.CellMax(i, j, k));
+                    if (t->PartialBoundingBoxTest(&lo.x, &hi.x)) {
+                        m_out.emplace_back(std::uint32_t(m_cells.Linear(i, j, k)), t);
+                        c = Consulting::HAS_WITNESS;
+                    }
+                }
+    }
+
+    // The witnesses that search cell (a, b, c) of g gives the slab's cells: its triangles in list
+    // order, so that each cell keeps the first that touches it.
+    void SearchCell(const SearchGrid& g, int a, int b, int c) {
+        const std::vector<Triangle*>& list = g.m_vecLists[g.Linear(a, b, c)];
+        if (list.empty()) return;
+        SearchCellView s{&g, {a, b, c}, g.CellMin(a, b, c), g.CellMax(a, b, c)};
+        IndexRange box[3];
+        if (!BoxOf(s, box)) return;
+        m_vecConsulting.assign(std::size_t(box[0].m_intLast - box[0].m_intFirst + 1) *
+                                   std::size_t(box[1].m_intLast - box[1].m_intFirst + 1) *
+                                   std::size_t(box[2].m_intLast - box[2].m_intFirst + 1),
+                               Consulting::NOT_YET_ASKED);
+        for (Triangle* t : list) Offer(s, box, t);
+    }
+};
+
+// The slabs' witnesses, each sorted by cell, as the cells' lists in ascending cell order.
+void SetWitnessLists(GridCellArray& cells, std::vector<Witnesses>& found) {
+    std::size_t total = 0;
+    for (const Witnesses& f : found) total += f.size();
+    std::vector<std::uint32_t> ids, starts;
+    std::vector<Triangle*> entries;
+    entries.reserve(total);
+    for (Witnesses& f : found) {
+        for (const auto& p : f) {
+            if (ids.empty() || ids.back() != p.first) {
+                ids.push_back(p.first);
+                starts.push_back(std::uint32_t(entries.size()));
+            }
+            entries.push_back(p.second);
+        }
+        f = {};
+    }
+    cells.SetLists(ids, starts, std::move(entries));
+}
 }  // namespace
 
 bool SearchRange(const SearchGrid& grid, const FEL_vector3<float>& cellMin,
@@ -73,94 +182,21 @@ void FindAllWitnesses(GridCellArray& cells, const std::vector<SearchGrid>& grids
     if (std::size_t(n[0]) * n[1] * n[2] == 0) return;
     std::vector<double> corners[3];
     for (int a = 0; a < 3; ++a) corners[a].assign(cells.Axis(a).begin(), cells.Axis(a).end());
-
     const int pieces = std::min(n[0], 8 * std::max(1, threads));
-    std::vector<std::vector<std::pair<std::uint32_t, Triangle*>>> found(pieces);
-
+    std::vector<Witnesses> found(pieces);
     RunPieces(pieces, threads, [&](int piece) {
         const int i0 = int(std::int64_t(n[0]) * piece / pieces);
         const int i1 = int(std::int64_t(n[0]) * (piece + 1) / pieces);
         if (i0 >= i1) return;
         CellLocator locate(corners[0].data(), n[0] + 1, corners[1].data(), n[1] + 1,
                            corners[2].data(), n[2] + 1);
-        std::vector<std::pair<std::uint32_t, Triangle*>>& out = found[piece];
-        // Per cell of the search cell's box: 0 not yet looked at, 1 may still take a witness
-        // from it, 2 has one, 3 doesn't consult it.
-        std::vector<std::uint8_t> mark;
+        WitnessSlab slab{cells, locate, i0, i1, {}, found[piece]};
         for (const SearchGrid& g : grids)
             for (int a = 0; a < g.m_aintCount[0]; ++a)
                 for (int b = 0; b < g.m_aintCount[1]; ++b)
-                    for (int c = 0; c < g.m_aintCount[2]; ++c) {
-                        const std::vector<Triangle*>& list = g.m_vecLists[g.Linear(a, b, c)];
-                        if (list.empty()) continue;
-                        SearchCellView s{&g, {a, b, c}, g.CellMin(a, b, c), g.CellMax(a, b, c)};
-                        // The cells that can overlap the search cell, with a margin far wider
-                        // than the slack of CubesIntersect, FEL_Close included.
-                        IndexRange box[3];
-                        bool none = false;
-                        for (int x = 0; x < 3; ++x) {
-                            double lo = s.m_v3fMin[x], hi = s.m_v3fMax[x];
-                            double tol = 1e-3 * (1.0 + std::fabs(lo) + std::fabs(hi));
-                            box[x] = locate.Span(x, lo - tol, hi + tol);
-                            if (x == 0)
-                                box[0] = {std::max(box[0].m_intFirst, i0),
-                                          std::min(box[0].m_intLast, i1 - 1)};
-                            none = none || box[x].m_intFirst > box[x].m_intLast;
-                        }
-                        if (none) continue;
-                        const int nj = box[1].m_intLast - box[1].m_intFirst + 1;
-                        const int nk = box[2].m_intLast - box[2].m_intFirst + 1;
-                        mark.assign(std::size_t(box[0].m_intLast - box[0].m_intFirst + 1) * nj * nk,
-                                    0);
-                        for (Triangle* t : list) {
-                            IndexRange r[3];
-                            if (!locate.Ranges(*t, r)) continue;
-                            for (int x = 0; x < 3; ++x) {
-                                r[x].m_intFirst = std::max(r[x].m_intFirst, box[x].m_intFirst);
-                                r[x].m_intLast = std::min(r[x].m_intLast, box[x].m_intLast);
-                            }
-                            for (int i = r[0].m_intFirst; i <= r[0].m_intLast; ++i)
-                                for (int j = r[1].m_intFirst; j <= r[1].m_intLast; ++j)
-                                    for (int k = r[2].m_intFirst; k <= r[2].m_intLast; ++k) {
-                                        std::uint8_t& st =
-                                            mark[(std::size_t(i - box[0].m_intFirst) * nj +
-                                                  std::size_t(j - box[1].m_intFirst)) *
-                                                     nk +
-                                                 std::size_t(k - box[2].m_intFirst)];
-                                        if (st == 0)
-                                            st = s.Consults(cells.CellMin(i, j, k),
-                                                            cells.CellMax(i, j, k))
-                                                     ? 1
-                                                     : 3;
-                                        if (st != 1) continue;
-                                        FEL_vector3<double> lo(cells.CellMin(i, j, k));
-                                        FEL_vector3<double> hi(cells.CellMax(i, j, k));
-                                        if (t->PartialBoundingBoxTest(&lo.x, &hi.x)) {
-                                            out.emplace_back(std::uint32_t(cells.Linear(i, j, k)),
-                                                             t);
-                                            st = 2;
-                                        }
-                                    }
-                        }
-                    }
-        std::stable_sort(out.begin(), out.end(),
+                    for (int c = 0; c < g.m_aintCount[2]; ++c) slab.SearchCell(g, a, b, c);
+        std::stable_sort(slab.m_out.begin(), slab.m_out.end(),
                          [](const auto& x, const auto& y) { return x.first < y.first; });
     });
-
-    std::size_t total = 0;
-    for (const auto& f : found) total += f.size();
-    std::vector<std::uint32_t> ids, starts;
-    std::vector<Triangle*> entries;
-    entries.reserve(total);
-    for (auto& f : found) {
-        for (const auto& p : f) {
-            if (ids.empty() || ids.back() != p.first) {
-                ids.push_back(p.first);
-                starts.push_back(std::uint32_t(entries.size()));
-            }
-            entries.push_back(p.second);
-        }
-        f = {};
-    }
-    cells.SetLists(ids, starts, std::move(entries));
+    SetWitnessLists(cells, found);
 }

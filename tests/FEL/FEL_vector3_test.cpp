@@ -10,13 +10,7 @@
 
 namespace {
 
-// Restores the process-wide switch whatever a test does to it.
-class FEL_Close_test : public ::testing::Test {
-  protected:
-    void TearDown() override { g_blnUseClose = true; }
-};
-
-TEST_F(FEL_Close_test, MantissaRelativeAndAbsoluteStepsAndTheSwitch) {
+TEST(FEL_Close, MantissaRelativeAndAbsoluteStepsAndTheSwitch) {
     const float inf = std::numeric_limits<float>::infinity();
     const float nan = std::numeric_limits<float>::quiet_NaN();
     struct Case {
@@ -45,20 +39,30 @@ TEST_F(FEL_Close_test, MantissaRelativeAndAbsoluteStepsAndTheSwitch) {
         {nan, nan, false, false},
     };
     for (const Case& c : cases) {
-        g_blnUseClose = true;
         EXPECT_EQ(FEL_Close(c.a, c.b), c.close) << c.a << " " << c.b;
-        g_blnUseClose = false;
+        FEL_use_close_scope exact(false);
         EXPECT_EQ(FEL_Close(c.a, c.b), c.exact) << c.a << " " << c.b;
     }
+    EXPECT_TRUE(g_blnUseClose);
 }
 
 using V = FEL_vector3<float>;
 
-TEST_F(FEL_Close_test, VectorOrderingMergesCloseVertices) {
+// The STL reader turns the switch off while it merges: a read that throws must not leave it off.
+TEST(FEL_Close, TheSwitchComesBackWhenAnExceptionLeavesItsScope) {
+    try {
+        FEL_use_close_scope exact(false);
+        throw FEL_vector3<int>();
+    } catch (const FEL_vector3<int>&) {
+    }
+    EXPECT_TRUE(g_blnUseClose);
+}
+
+TEST(FEL_Close, VectorOrderingMergesCloseVertices) {
     const V a(1.0f, 2.0f, 3.0f), near_a(1.00001f, 2.00001f, 3.00001f), b(1.00001f, 5.0f, 0.0f);
     EXPECT_TRUE(a < b && !(b < a));
     EXPECT_FALSE(a < near_a || near_a < a);  // one key of an ordered map
-    g_blnUseClose = false;
+    FEL_use_close_scope exact(false);
     EXPECT_TRUE(a < near_a);
 }
 

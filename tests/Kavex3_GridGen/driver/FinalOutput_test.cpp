@@ -18,7 +18,6 @@ FEL_pointer<FEL_mesh> SmallGrid() {
     const float line[3] = {0.0f, 1.0f, 2.5f};
     auto* xyz = new FEL_vector3<float>[27];
     for (int n = 0; n < 27; ++n) xyz[n] = {line[n % 3], line[n / 3 % 3], line[n / 9] - 4.0f};
-    g_v3iGridDimensions = {2, 2, 2};
     return FEL_pointer<FEL_mesh>(new FEL_curvilinear_mesh_xyz_layout(3, 3, 3, xyz));
 }
 
@@ -41,13 +40,14 @@ TEST(FinalOutput, SolverInputRewrite) {
         g_strTempDir = dir.Path();
         WriteWholeFile(dir / "S", solver);
         FEL_pointer<FEL_mesh> mesh = SmallGrid();
-        CreateGrid(g_gridCells, mesh);
-        for (int n = 0; n < 8; ++n) g_gridCells(n / 4, n / 2 % 2, n % 2).m_eState = CELL_EXTERIOR;
-        g_gridCells(1, 0, 1).m_eState = CELL_UNKNOWN;
+        GridCellArray& cells = g_intersectContext.m_gridCells;
+        CreateGrid(cells, mesh);
+        for (int n = 0; n < 8; ++n) cells(n / 4, n / 2 % 2, n % 2).m_eState = CELL_EXTERIOR;
+        cells(1, 0, 1).m_eState = CELL_UNKNOWN;
         WriteFinalOutput(dir / "S", dir / "grid", mesh, GridOffsets(), {});
         EXPECT_EQ(ReadWholeFile(dir / "S"), expected);
         EXPECT_FALSE(PathExists(dir / "temp.ClWdths"));
-        g_gridCells.Release();
+        cells.Release();
     }
 }
 

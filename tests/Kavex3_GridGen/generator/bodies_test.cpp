@@ -22,7 +22,7 @@ const char* const kTwoPlanes =
 
 Body* add_body(const char* name, int type) {
     Body* b = new_body_struct();
-    b->name = strdup(name);
+    b->name = record_text(name);
     b->type = type;
     return b;
 }
@@ -35,11 +35,11 @@ TEST_F(BodiesTest, CutBodiesGetTheirBoxOnEveryAxisAndMoveWithTheTranslation) {
     bdy_low_high(nullptr, 0, &v[0], &v[1]);                            // no body: untouched
     EXPECT_EQ(Pts(v, v + 4), (Pts{1, 2, 3, 4}));
     const std::string planes = file("planes.cut", kTwoPlanes);
-    for (int type = 0; type < 3; ++type) add_body("cut", type)->pointsFile = strdup(planes.c_str());
+    for (int type = 0; type < 3; ++type) add_body("cut", type)->pointsFile = record_text(planes);
     Body* moved = add_body("moved", 1);
-    moved->pointsFile = strdup(planes.c_str());
+    moved->pointsFile = record_text(planes);
     moved->origin[0] = 1, moved->origin[1] = 10, moved->origin[2] = 100;
-    add_body("empty", 0)->pointsFile = strdup("");
+    add_body("empty", 0)->pointsFile = record_text("");
     add_body("none", 2)->usedInSolver = 0;
     bodies_lex_input_done();
 
@@ -77,7 +77,7 @@ TEST_F(BodiesTest, RotorAndCuboidBoxesFollowTheirScaleRules) {
     add_body("ydisc", 5)->rotor = &absolute;
     add_body("box", 3)->cuboid = corners;
     add_body("lost", 6);  // rotor type without a rotor: box untouched
-    add_body("zcut", 2)->pointsFile = strdup(file("z.cut", kTwoPlanes).c_str());
+    add_body("zcut", 2)->pointsFile = record_text(file("z.cut", kTwoPlanes));
     bodies_lex_input_done();
     EXPECT_EQ((Pts{ratio.radius, ratio.thickness, absolute.radius, absolute.thickness}),
               (Pts{4, 0.1, 2, 2}));
@@ -113,7 +113,7 @@ TEST_F(BodiesTest, RotorAndCuboidListingsAreExact) {
 using BodiesDeathTest = GenTest;
 
 TEST_F(BodiesDeathTest, PointsFileFailuresEndWithStatusOne) {
-    add_body("gone", 0)->pointsFile = strdup("/nonexistent-dir/gone.cut");
+    add_body("gone", 0)->pointsFile = record_text("/nonexistent-dir/gone.cut");
     EXPECT_EXIT(bodies_lex_input_done(), testing::ExitedWithCode(1),
                 "^\nError: can not open body points file '/nonexistent-dir/gone.cut'\n$");
     // Counts that the rest of the file can't hold are refused before anything is allocated.
@@ -126,7 +126,7 @@ TEST_F(BodiesDeathTest, PointsFileFailuresEndWithStatusOne) {
          "file '.*short.cut', number of cuts of 1 points = 2: the 9 bytes left in the file can not "
          "hold so many"}};
     for (const auto& [name, text, message] : bad) {
-        allBdys[0].pointsFile = strdup(file(name, text).c_str());
+        allBdys[0].pointsFile = record_text(file(name, text));
         EXPECT_EXIT(bodies_lex_input_done(), testing::ExitedWithCode(1),
                     "\nError: " + std::string(message) + "\n$");
     }

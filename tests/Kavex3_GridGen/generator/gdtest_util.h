@@ -65,6 +65,12 @@ inline BdyGdspc spec(double from, double to, double nGds, double ratio = 1.0, in
     return BdyGdspc{from, to, nGds, ratio, fxdFrom, fxdTo};
 }
 
+// A malloc'ed copy of text for a generator record, which keeps it to the end of the process
+// (tests/lsan.supp names this function).
+inline char* record_text(const std::string& text) {
+    return strdup(text.c_str());
+}
+
 // Points the line at a malloc'ed copy of pts, as the generator keeps them.
 inline void set_line(GridLine* line, const std::vector<double>& pts) {
     line->gdpts = static_cast<double*>(std::malloc(sizeof(double) * pts.size()));

@@ -75,10 +75,10 @@ TEST_F(ReadFileCTest, ProjectFillsOptionsLinesAndBodies) {
 
 TEST_F(ReadFileCTest, DerivedOptionsTakePreferredNamesAndDebugFile) {
     gd_options.debugLevel = 1;  // a debug file is opened only for debug output
-    pref_options.layerFile = strdup("pref.lyr");
-    pref_options.solverInpFile = strdup("pref.inp");
-    gd_options.layerFile = strdup("own.lyr");
-    gd_options.debugFile = strdup(file("debug.out", "").c_str());
+    pref_options.layerFile = record_text("pref.lyr");
+    pref_options.solverInpFile = record_text("pref.inp");
+    gd_options.layerFile = record_text("own.lyr");
+    gd_options.debugFile = record_text(file("debug.out", ""));
     set_derived_options2();
     EXPECT_STREQ(gd_options.layerFile, "pref.lyr");
     EXPECT_STREQ(gd_options.solverInpFile, "pref.inp");
@@ -86,8 +86,8 @@ TEST_F(ReadFileCTest, DerivedOptionsTakePreferredNamesAndDebugFile) {
     std::fclose(gd_options.debugStream);
 
     reset_generator_records(1);
-    gd_options.solverInpFile = strdup("");
-    gd_options.debugFile = strdup("/nonexistent-dir/debug.out");
+    gd_options.solverInpFile = record_text("");
+    gd_options.debugFile = record_text("/nonexistent-dir/debug.out");
     testing::internal::CaptureStderr();
     set_derived_options2();
     EXPECT_EQ(testing::internal::GetCapturedStderr(),

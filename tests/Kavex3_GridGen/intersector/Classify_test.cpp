@@ -4,58 +4,52 @@
 
 #include <gtest/gtest.h>
 
-#include "FEL_axis_aligned_mesh.h"
 #include "IntersectorTestUtil.h"
 
 namespace {
-void Mark(int i0, int i1, int j0, int j1, int k0, int k1, CellState s) {
-    for (int i = i0; i <= i1; ++i)
-        for (int j = j0; j <= j1; ++j)
-            for (int k = k0; k <= k1; ++k) g_gridCells(i, j, k).m_eState = s;
-}
-
 class Classify : public ::testing::Test {
   protected:
-    void TearDown() override {
-        g_intersectOptions = IntersectOptions();
-        g_blnDebug = false;
-        g_gridCells.Release();
+    void Mark(int i0, int i1, int j0, int j1, int k0, int k1, CellState s) {
+        for (int i = i0; i <= i1; ++i)
+            for (int j = j0; j <= j1; ++j)
+                for (int k = k0; k <= k1; ++k) cells_(i, j, k).m_eState = s;
     }
-    // Fills from the seed on an n^3 grid whose intersected cells the caller has marked; returns the
+    // Fills from the seed on the grid whose intersected cells the caller has marked; returns the
     // debug line.
-    static std::string Fill(int n) {
-        g_blnDebug = true;
+    std::string Fill() {
+        run_.m_blnDebug = true;
         testing::internal::CaptureStdout();
-        ClassifyCells(
-            FEL_pointer<FEL_mesh>(new FEL_regular_mesh(n + 1, n + 1, n + 1, 1, 1, 1, "g")));
-        g_blnDebug = false;
+        ClassifyCells(run_);
+        run_.m_blnDebug = false;
         return testing::internal::GetCapturedStdout();
     }
+    IntersectContext run_;
+    GridCellArray& cells_ = run_.m_gridCells;
 };
 
 TEST_F(Classify, ClosedShellsStayUnknownAndAOneCellGapLetsTheFillIn) {
     // A 3 x 3 x 3 shell of intersected cells around (2, 2, 2), in 5^3 cells.
-    UnitGrid(5, 5, 5);
+    UnitGrid(run_, 5, 5, 5);
     Mark(1, 3, 1, 3, 1, 3, CELL_INTERSECTED);
     Mark(2, 2, 2, 2, 2, 2, CELL_UNKNOWN);
-    EXPECT_EQ(Fill(5), "There were 26 intersected cells.\n");
-    EXPECT_EQ(g_gridCells(2, 2, 2).m_eState, CELL_UNKNOWN);
-    EXPECT_EQ(g_gridCells(4, 4, 4).m_eState, CELL_EXTERIOR);
+    EXPECT_EQ(Fill(), "There were 26 intersected cells.\n");
+    EXPECT_EQ(cells_(2, 2, 2).m_eState, CELL_UNKNOWN);
+    EXPECT_EQ(cells_(4, 4, 4).m_eState, CELL_EXTERIOR);
     Mark(0, 4, 0, 4, 0, 4, CELL_UNKNOWN);
     Mark(1, 3, 1, 3, 1, 3, CELL_INTERSECTED);
     Mark(1, 2, 2, 2, 2, 2, CELL_UNKNOWN);  // gap in the middle of the -i face
-    EXPECT_EQ(Fill(5), "There were 25 intersected cells.\n");
-    EXPECT_EQ(g_gridCells(2, 2, 2).m_eState, CELL_EXTERIOR);
+    EXPECT_EQ(Fill(), "There were 25 intersected cells.\n");
+    EXPECT_EQ(cells_(2, 2, 2).m_eState, CELL_EXTERIOR);
 
     // Sealed cells (2,2,2) and (3,3,2) share only an edge along k: both stay sealed.
-    UnitGrid(6, 6, 5);
+    UnitGrid(run_, 6, 6, 5);
     Mark(1, 4, 1, 4, 1, 3, CELL_INTERSECTED);
     Mark(2, 2, 2, 2, 2, 2, CELL_UNKNOWN);
     Mark(3, 3, 3, 3, 2, 2, CELL_UNKNOWN);
-    ClassifyCells(FEL_pointer<FEL_mesh>(new FEL_regular_mesh(7, 7, 6, 1, 1, 1, "g")));
-    EXPECT_EQ(g_gridCells(2, 2, 2).m_eState, CELL_UNKNOWN);
-    EXPECT_EQ(g_gridCells(3, 3, 2).m_eState, CELL_UNKNOWN);
-    EXPECT_EQ(g_gridCells(5, 5, 4).m_eState, CELL_EXTERIOR);
+    ClassifyCells(run_);
+    EXPECT_EQ(cells_(2, 2, 2).m_eState, CELL_UNKNOWN);
+    EXPECT_EQ(cells_(3, 3, 2).m_eState, CELL_UNKNOWN);
+    EXPECT_EQ(cells_(5, 5, 4).m_eState, CELL_EXTERIOR);
 }
 
 struct DecisionCase {
@@ -78,41 +72,54 @@ TEST_F(Classify, IsCellInteriorDecisionTable) {
     };
     for (bool plain : {false, true})
         for (const DecisionCase& c : cases) {
-            g_intersectOptions.m_blnPlain = plain;
-            UnitGrid(6, 5, 5);
-            GridCell& cell = g_gridCells(c.i, 2, 2);
+            UseProcedure(run_, plain);
+            UnitGrid(run_, 6, 5, 5);
+            GridCell& cell = cells_(c.i, 2, 2);
             cell.m_eState = CELL_INTERSECTED;
             if (c.exteriorNeighbourI >= 0)
-                g_gridCells(c.exteriorNeighbourI, 2, 2).m_eState = CELL_EXTERIOR;
+                cells_(c.exteriorNeighbourI, 2, 2).m_eState = CELL_EXTERIOR;
             std::vector<Triangle*> tris;
             if (c.triangle == 1)
                 tris = {new Triangle({c.i + 0.1, 2.1, 2.5}, {c.i + 0.9, 2.2, 2.5},
                                      {c.i + 0.5, 2.9, 2.5})};
             if (c.triangle == 2) tris = {new Triangle({9, 9, 9}, {9.5, 9, 9}, {9, 9.5, 9})};
-            for (Triangle* t : tris) g_gridCells.Append(cell, t);
-            g_gridCells.Own(tris);
-            EXPECT_EQ(IsCellInterior({c.i, 2, 2}, g_gridCells, cell), c.expect)
+            for (Triangle* t : tris) cells_.Append(cell, t);
+            cells_.Own(tris);
+            EXPECT_EQ(IsCellInterior(run_, {c.i, 2, 2}, cell), c.expect)
                 << c.what << (plain ? " (plain)" : "");
             EXPECT_EQ(cell.m_eState, CELL_INTERSECTED);
-            EXPECT_EQ(GridCell::s_ushtNewCounter, 0);
         }
 }
 
 TEST_F(Classify, FormsLoopMessagesAndRing) {
     // Plane k = 2 of 7 x 7 x 5: a ring on the border of i, j in 1..5.
-    UnitGrid(7, 7, 5);
+    UnitGrid(run_, 7, 7, 5);
     Mark(1, 5, 1, 5, 2, 2, CELL_INTERSECTED);
     Mark(2, 4, 2, 4, 2, 2, CELL_UNKNOWN);
     testing::internal::CaptureStderr();
-    EXPECT_TRUE(FormsLoop(3, 1, 2, 2));   // band along i: from (4,1) round to (2,1)
-    EXPECT_FALSE(FormsLoop(3, 3, 2, 2));  // not intersected
-    EXPECT_FALSE(FormsLoop(3, 1, 2, 3));
-    EXPECT_FALSE(FormsLoop(1, 1, 2, 2));  // corner of the ring: neither axis full
-    g_gridCells(5, 3, 2).m_eState = CELL_UNKNOWN;
-    EXPECT_FALSE(FormsLoop(3, 1, 2, 2));  // ring broken
+    EXPECT_TRUE(FormsLoop(run_, 3, 1, 2, 2));   // band along i: from (4,1) round to (2,1)
+    EXPECT_FALSE(FormsLoop(run_, 3, 3, 2, 2));  // not intersected
+    EXPECT_FALSE(FormsLoop(run_, 3, 1, 2, 3));
+    EXPECT_FALSE(FormsLoop(run_, 1, 1, 2, 2));  // corner of the ring: neither axis full
+    cells_(5, 3, 2).m_eState = CELL_UNKNOWN;
+    EXPECT_FALSE(FormsLoop(run_, 3, 1, 2, 2));  // ring broken
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "ERROR: Cannot use FormsLoop function on a non-intersected cell.\n"
               "Coord must be 0, 1 or 2.\n"
               "ERROR: Cannot use FormsLoop function on a non-central cell.\n");
+}
+
+// The fill marks every ring cell it meets. FormsLoop after a decision used to take the fill's mark
+// again (the decision reset the count by hand), and after 65536 walks the count comes round to it:
+// either way the ring looked walked already.
+TEST_F(Classify, FormsLoopAfterTheFillSeesItsOwnMarks) {
+    UnitGrid(run_, 7, 7, 5);
+    Mark(1, 5, 1, 5, 2, 2, CELL_INTERSECTED);
+    Mark(2, 4, 2, 4, 2, 2, CELL_UNKNOWN);
+    ClassifyCells(run_);
+    IsCellInterior(run_, {3, 1, 2}, cells_(3, 1, 2));
+    EXPECT_TRUE(FormsLoop(run_, 3, 1, 2, 2));
+    for (int n = 0; n < 65535; ++n) run_.NewVisitMark();
+    EXPECT_TRUE(FormsLoop(run_, 3, 1, 2, 2));
 }
 }  // namespace

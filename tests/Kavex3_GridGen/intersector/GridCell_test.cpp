@@ -17,9 +17,8 @@ TEST(CubesIntersect, SlackAndClosenessInBothPrecisions) {
         {1000, 1000.05f, true, true, false},  // FEL_Close's mantissas; the double form's are finer
         {1000, 1000.5f, true, false, false},
     };
-    const bool saved = g_blnUseClose;
     for (const Case& c : cases) {
-        g_blnUseClose = c.useClose;
+        FEL_use_close_scope useClose(c.useClose);
         float aMin[3] = {0, 0, 0}, aMax[3] = {c.aHi, 1, 1}, bMin[3] = {c.bLo, 0, 0};
         float bMax[3] = {c.bLo + 1, 1, 1};
         double dMin[3] = {0, 0, 0}, dMax[3] = {c.aHi, 1, 1}, eMin[3] = {c.bLo, 0, 0};
@@ -28,6 +27,5 @@ TEST(CubesIntersect, SlackAndClosenessInBothPrecisions) {
         EXPECT_EQ(CubesIntersect(bMin, bMax, aMin, aMax), c.single) << c.bLo << " " << c.useClose;
         EXPECT_EQ(CubesIntersect(dMin, dMax, eMin, eMax), c.dbl) << c.bLo << " " << c.useClose;
     }
-    g_blnUseClose = saved;
 }
 }  // namespace

@@ -7,7 +7,6 @@
 #include <random>
 #include <unordered_map>
 
-#include "FEL_axis_aligned_mesh.h"
 #include "IntersectorTestUtil.h"
 #include "intersector/Classify.h"
 
@@ -15,17 +14,18 @@ namespace {
 using Zones = std::vector<std::vector<Triangle>>;
 using Outcome = std::vector<long long>;
 
-void AddStates(Outcome& o) {
-    for (std::size_t c = 0; c < g_gridCells.Size(); ++c)
-        o.push_back(g_gridCells.Data()[c].m_eState);
+void AddStates(Outcome& o, const GridCellArray& cells) {
+    for (std::size_t c = 0; c < cells.Size(); ++c) o.push_back(cells.Data()[c].m_eState);
 }
 
 // Everything the stages leave: witnesses named by their place in the zones, the states after
 // each stage, the counts of the scan.
 Outcome Run(const std::vector<float> axes[3], const Zones& zones, bool plain, int threads) {
-    g_intersectOptions.m_blnPlain = plain;
-    g_intersectOptions.m_intThreads = threads;
-    g_gridCells.Reset(axes);
+    IntersectContext run;
+    GridCellArray& cells = run.m_gridCells;
+    UseProcedure(run, plain);
+    run.m_options.m_intThreads = threads;
+    cells.Reset(axes);
     std::vector<SurfaceZone> z;
     std::unordered_map<const Triangle*, int> name;
     for (const auto& tris : zones) {
@@ -33,23 +33,19 @@ Outcome Run(const std::vector<float> axes[3], const Zones& zones, bool plain, in
         for (const Triangle& t : tris) name[own.emplace_back(new Triangle(t))] = int(name.size());
         z.push_back(Zone(own));
     }
-    IntersectZones(z, ".");
+    IntersectZones(run, z, ".");
     Outcome o;
-    for (std::size_t c = 0; c < g_gridCells.Size(); ++c) {
-        for (Triangle* t : g_gridCells.Triangles(g_gridCells.Data()[c])) o.push_back(name[t]);
+    for (std::size_t c = 0; c < cells.Size(); ++c) {
+        for (Triangle* t : cells.Triangles(cells.Data()[c])) o.push_back(name[t]);
         o.push_back(-1);
     }
-    AddStates(o);
-    const FEL_vector3<int> n = g_v3iGridDimensions;
-    ClassifyCells(
-        FEL_pointer<FEL_mesh>(new FEL_regular_mesh(n.x + 1, n.y + 1, n.z + 1, 1, 1, 1, "g")));
-    AddStates(o);
-    long long intersected = 0, body = DecideCells(g_gridCells, intersected);
-    AddStates(o);
+    AddStates(o, cells);
+    ClassifyCells(run);
+    AddStates(o, cells);
+    long long intersected = 0, body = DecideCells(run, intersected);
+    AddStates(o, cells);
     o.push_back(intersected);
     o.push_back(body);
-    g_intersectOptions = IntersectOptions();
-    g_gridCells.Release();
     return o;
 }
 

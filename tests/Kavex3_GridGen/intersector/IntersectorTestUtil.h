@@ -1,18 +1,23 @@
-// Test helpers: unit grids in g_gridCells, surface zones and a closed box surface.
+// Test helpers: unit grids, surface zones and a closed box surface.
 #pragma once
 
 #include <vector>
 
 #include "intersector/Intersector.h"
+#include "reference/Reference.h"
 
-// g_gridCells of unit cells from the origin, all unknown.
-inline void UnitGrid(int ni, int nj, int nk) {
+// The run's cells: unit cells from the origin, all unknown.
+inline void UnitGrid(IntersectContext& run, int ni, int nj, int nk) {
     const int n[3] = {ni, nj, nk};
     std::vector<float> axes[3];
     for (int a = 0; a < 3; ++a)
         for (int c = 0; c <= n[a]; ++c) axes[a].push_back(float(c));
-    g_gridCells.Reset(axes);
-    g_v3iGridDimensions = {ni, nj, nk};
+    run.m_gridCells.Reset(axes);
+}
+
+// The fast procedure, or the literal one that it is checked against.
+inline void UseProcedure(IntersectContext& run, bool plain) {
+    run.m_options.m_pReference = plain ? &kPlainProcedure : nullptr;
 }
 
 // The zone's box from its triangles' single-precision coordinates, as a mesh would give it.

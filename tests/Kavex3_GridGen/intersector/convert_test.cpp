@@ -56,9 +56,8 @@ TEST(ConvertUnstructuredTriangles, DropsCoincidentVerticesByFelClose) {
         std::copy(tris, tris + 3, t);
         return FEL_pointer<FEL_mesh>(new FEL_tetrahedral_mesh(5, v, 3, t, nullptr, 0, nullptr));
     };
-    const bool saved = g_blnUseClose;
     for (bool useClose : {true, false}) {
-        g_blnUseClose = useClose;
+        FEL_use_close_scope scope(useClose);
         Owned out;
         ConvertTriangles(mesh(), out.t);
         ASSERT_EQ(out.t.size(), useClose ? 1u : 2u);
@@ -67,6 +66,5 @@ TEST(ConvertUnstructuredTriangles, DropsCoincidentVerticesByFelClose) {
         EXPECT_EQ(KeptUnstructuredCells(mesh()), std::vector<bool>({true, false, !useClose}));
         EXPECT_EQ(CountDroppedTriangles(mesh(), nullptr), useClose ? 2 : 1);
     }
-    g_blnUseClose = saved;
 }
 }  // namespace
