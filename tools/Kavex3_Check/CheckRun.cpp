@@ -191,7 +191,11 @@ int CheckMain(int argc, char** argv) {
     } else {
         WriteDiagnostics(result, std::cout);
         WriteSummary(result.summary, std::cout);
-        std::cout << result.Count(true) << " errors, " << result.Count(false) << " warnings\n";
+        const auto counted = [](int n, const char* what) {
+            return std::to_string(n) + ' ' + what + (n == 1 ? "" : "s");
+        };
+        std::cout << counted(result.Count(true), "error") << ", "
+                  << counted(result.Count(false), "warning") << '\n';
     }
     return result.Count(true) > 0 ? 1 : 0;
 }
