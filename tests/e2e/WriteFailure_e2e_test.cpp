@@ -33,7 +33,7 @@ bool IsLog(const std::string& name) {
     return name.rfind("Kavex3_GridGen.", 0) == 0;
 }
 
-// A writing past the limit fails with EFBIG instead of ending the process.
+// A write past the limit fails with EFBIG instead of ending the process.
 std::function<void()> FileSizeLimit(long long bytes) {
     if (bytes < 0) return nullptr;
     return [bytes] {
