@@ -171,25 +171,30 @@ void CheckUnderLimits(const std::string& example) {
 
 }  // namespace
 
-TEST(WriteFailure, ShortPathUnderFileSizeLimits) {
-    CheckUnderLimits("cut_body");
-}
-
-TEST(WriteFailure, FullPathUnderFileSizeLimits) {
-    CheckUnderLimits("stl_body");
+// The short path, the full path, and the full path that rewrites the generator's project copy.
+TEST(WriteFailure, ExamplesUnderFileSizeLimits) {
+    for (const char* example : {"cut_body", "stl_body", "mixed_bodies"}) CheckUnderLimits(example);
 }
 
 // The limit reaches the worker through the client: a run that failed reports no success.
 TEST(WriteFailure, LinkedRunReportsNoSuccessfulCompletion) {
     const ExampleRun reference("cut_body");
     ASSERT_EQ(reference.Run().status, 0);
-    const std::size_t gridSize = ReadWholeFile(reference.dir / "KX3.grid.dat").size();
-    const ExampleRun run("cut_body");
-    const RunResult r = run.Run(gridSize - 1, KAVEX3_CLIENT_EXE, {"-worker", KAVEX_GRIDGEN_EXE});
-    EXPECT_EQ(r.status, 1) << r.strStdout;
-    EXPECT_THAT(r.strStdout, HasSubstr("exit status 1\nSuccessful completion: no\n"));
-    EXPECT_THAT(r.strStdout, HasSubstr("KX3.grid.dat': File too large"));
-    EXPECT_FALSE(PathExists(run.dir / "KX3.grid.dat"));
+    // A limit below the size of a file, and the file that meets it first; each limit lies above
+    // the size of the client's own report. The project's copy is longer than the project.
+    const std::pair<const char*, const char*> cases[] = {{"block.Grid", "temp.Grid"},
+                                                         {"SolverGdInp.dat", "SolverGdInp.dat"},
+                                                         {"KX3.grid.dat", "KX3.grid.dat"}};
+    for (const auto& [sizeOf, name] : cases) {
+        SCOPED_TRACE(name);
+        const std::size_t size = ReadWholeFile(reference.dir / sizeOf).size();
+        const ExampleRun run("cut_body");
+        const RunResult r = run.Run(size - 1, KAVEX3_CLIENT_EXE, {"-worker", KAVEX_GRIDGEN_EXE});
+        EXPECT_EQ(r.status, 1) << r.strStdout;
+        EXPECT_THAT(r.strStdout, HasSubstr("exit status 1\nSuccessful completion: no\n"));
+        EXPECT_THAT(r.strStdout, HasSubstr(std::string(name) + "': File too large"));
+        EXPECT_FALSE(PathExists(run.dir / "KX3.grid.dat"));
+    }
 }
 
 // A real full filesystem: a small tmpfs in a mount namespace of this test's own, the run directory
