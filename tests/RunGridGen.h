@@ -34,10 +34,12 @@ struct RunResult {
 };
 
 // Runs a program from a directory with its own streams captured; `tick` is called every 0.1 s
-// while it runs, with the seconds since its start.
+// while it runs, with the seconds since its start, and `inChild` in the child just before the
+// program starts.
 inline RunResult RunProgram(const char* program, const std::vector<std::string>& arguments,
                             const std::string& directory,
-                            const std::function<void(double)>& tick = nullptr) {
+                            const std::function<void(double)>& tick = nullptr,
+                            const std::function<void()>& inChild = nullptr) {
     ScratchDir capture;
     const std::string outPath = capture / "stdout", errPath = capture / "stderr";
     fflush(nullptr);
@@ -48,8 +50,10 @@ inline RunResult RunProgram(const char* program, const std::vector<std::string>&
             argv.push_back(const_cast<char*>(argument.c_str()));
         argv.push_back(nullptr);
         if (chdir(directory.c_str()) == 0 && freopen(outPath.c_str(), "w", stdout) &&
-            freopen(errPath.c_str(), "w", stderr))
+            freopen(errPath.c_str(), "w", stderr)) {
+            if (inChild) inChild();
             execv(program, argv.data());
+        }
         _exit(121);
     }
     int status = 0;

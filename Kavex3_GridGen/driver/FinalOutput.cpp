@@ -10,10 +10,10 @@
 
 #include "FilePath.h"
 #include "driver/DriverGlobals.h"
+#include "driver/OutFile.h"
 #include "driver/Write.h"
 #include "intersector/Classify.h"
 #include "intersector/Intersector.h"
-#include "moveFile.h"
 
 namespace {
 
@@ -77,7 +77,7 @@ void WriteFinalOutput(const std::string& solverInputFile, const std::string& gri
                       const std::vector<FEL_vector3<int>>& extraCells) {
     std::ifstream solver(solverInputFile.c_str());
     const std::string strWorkFile = Dorva::FilePath(g_strTempDir + "/temp.ClWdths").Get();
-    std::ofstream work(strWorkFile.c_str(), std::ios::trunc);
+    OutFile work(strWorkFile, true);
     g_vecstrTempFiles.push_back(strWorkFile);
     std::string line;
     while (std::getline(solver, line)) {
@@ -104,8 +104,8 @@ void WriteFinalOutput(const std::string& solverInputFile, const std::string& gri
     work << "#\n" << line << '\n';
     while (std::getline(solver, line)) work << line << std::endl;
     solver.close();
-    work.close();
-    Dorva::moveFile(strWorkFile, solverInputFile);
+    work.Close();
+    ReplaceFile(strWorkFile, solverInputFile);
 }
 
 void HideSurfaceBodiesFromMarking(const std::string& tempGridPath,
@@ -124,6 +124,7 @@ void HideSurfaceBodiesFromMarking(const std::string& tempGridPath,
             break;
         }
     }
-    std::ofstream out(tempGridPath.c_str(), std::ios::trunc);
+    OutFile out(tempGridPath, true);
     for (const std::string& line : lines) out << line << '\n';
+    out.Close();
 }

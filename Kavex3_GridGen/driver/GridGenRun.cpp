@@ -12,6 +12,7 @@
 #include <cstring>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <vector>
 
 #include "CommandLine.h"
@@ -22,32 +23,35 @@
 #include "driver/ConvertCuts.h"
 #include "driver/DriverGlobals.h"
 #include "driver/FinalOutput.h"
+#include "driver/OutFile.h"
 #include "driver/ParentLink.h"
 #include "driver/ReadGridFile.h"
 #include "driver/Write.h"
 #include "driver/translate.h"
+#include "generator/gdoutfile.h"
 #include "intersector/Classify.h"
 #include "intersector/Intersector.h"
 #include "readers/FEL_reader.h"
 
 void CopyRotorFile(const std::string& from, const std::string& to) {
     std::ifstream source(from.c_str(), std::ios::binary);
-    std::ofstream target(to.c_str(), std::ios::binary | std::ios::trunc);
+    OutFile target(to, true);
     char byte = 0;
     while (source.good() && target.good()) {
         source.get(byte);
         target.put(byte);
     }
+    target.Close();
 }
 
 // The temporary files of the run, removed when it ends or fails.
 struct RunFiles {
     std::string strRotor;
     std::string strGrid;
-    std::ofstream tempGrid;
+    std::unique_ptr<OutFile> tempGrid;
 
     void Remove() {
-        tempGrid.close();
+        if (tempGrid) tempGrid->Close();
         Dorva::RemovePath(strRotor);
         Dorva::RemovePath(strGrid);
     }
@@ -57,6 +61,7 @@ struct RunFiles {
 // log; the mesh library's exceptions are not standard ones, so their text is added here the way
 // the runtime adds the text of a standard exception.
 [[noreturn]] static void TerminateWithText() {
+    gd_abandon_outputs();
     LeaveLink();
     std::type_info* type = abi::__cxa_current_exception_type();
     if (type == nullptr) {
@@ -163,7 +168,7 @@ int GridGenMain(int argc, char** argv) {
     g_vecstrTempFiles.push_back(files.strRotor);
     files.strGrid = strRunDir + "//temp.Grid";
     g_vecstrTempFiles.push_back(files.strGrid);
-    files.tempGrid.open(files.strGrid.c_str(), std::ios::trunc);
+    files.tempGrid.reset(new OutFile(files.strGrid, true));
 
     std::cout << "Reading .Grid file (" << strGridFile << ")..." << std::endl;
     std::string strSolverInputFile;
@@ -171,7 +176,8 @@ int GridGenMain(int argc, char** argv) {
     FEL_vector3<float> conversionFactor(1.0f, 1.0f, 1.0f);
     std::vector<_BodyStruct> bodies;
     const bool blnFailed =
-        ReadGridFile(strGridFile, strSolverInputFile, files.tempGrid, conversionFactor, bodies);
+        ReadGridFile(strGridFile, strSolverInputFile, *files.tempGrid, conversionFactor, bodies);
+    files.tempGrid->Check();
     strSolverInputFile = Dorva::FilePath(strSolverInputFile).Get();
     if (blnFailed) {
         std::fprintf(stderr, "%s/%d: ReadGridFile failed!\n", __FILE__, 506);

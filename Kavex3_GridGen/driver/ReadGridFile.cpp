@@ -64,7 +64,7 @@ static BodyType TakeProjectLine(const std::string& gridFile, std::string& line,
     return BODY_NONE;
 }
 
-bool ReadGridFile(std::string gridFile, std::string& solverInputFile, std::ofstream& tempGrid,
+bool ReadGridFile(std::string gridFile, std::string& solverInputFile, std::ostream& tempGrid,
                   FEL_vector3<float>& conversionFactor, std::vector<_BodyStruct>& bodies) {
     std::ifstream project(gridFile.c_str());
     bodies.clear();

@@ -33,7 +33,7 @@ extern const char* const g_strUsedInSolverKey;  // "used in solver:"
 // conversionFactor that its line gives, g_blnDebug and bodies; appends the cut files to
 // g_vecstrTempFiles. Returns true on failure, which no path does: an unreadable project gives
 // no bodies, a body cut short ends the reading silently.
-bool ReadGridFile(std::string gridFile, std::string& solverInputFile, std::ofstream& tempGrid,
+bool ReadGridFile(std::string gridFile, std::string& solverInputFile, std::ostream& tempGrid,
                   FEL_vector3<float>& conversionFactor, std::vector<_BodyStruct>& bodies);
 
 // Reads the mesh file of every surface body (STL or Plot3D) into its pMesh; cut bodies keep null

@@ -3,19 +3,19 @@
 
 #include <cstdio>
 #include <cstring>
-#include <fstream>
-#include <memory>
 #include <sstream>
 
 #include "FEL_cell.h"
 #include "FEL_curvilinear_mesh.h"
+#include "driver/OutFile.h"
+#include "generator/gdoutfile.h"
 #include "generator/gridwriter.h"
 #include "intersector/Intersector.h"
 
 void WriteOutBoundingBoxes(std::vector<_BodyStruct>& bodies) {
     for (const _BodyStruct& body : bodies) {
         if (body.eBodyType <= BODY_ZCUT) continue;
-        std::ofstream out(body.strCutFile.c_str(), std::ios::trunc);
+        OutFile out(body.strCutFile);
         if (!out) continue;
         FEL_vector3<float> low, high;
         body.pMesh->get_bounding_box(&low, &high);
@@ -35,6 +35,7 @@ void WriteOutBoundingBoxes(std::vector<_BodyStruct>& bodies) {
         rectangle(low.x);
         rectangle(high.x);
         centre(high.x);
+        out.Close();
     }
 }
 
@@ -84,7 +85,7 @@ void OutputIBlankedGrid(std::string fileName, FEL_pointer<FEL_mesh> mesh,
                         std::vector<FEL_vector3<int>>& cells, bool writeBodyCells,
                         bool writeOffsets, double offsetX, double offsetY, double offsetZ) {
     // The blanking values of the vertices are never written, so they are not computed.
-    std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(fileName.c_str(), "w"), &std::fclose);
+    FILE* file = gd_try_open_output(fileName.c_str());
     if (!file) return;
     int n[3] = {0, 0, 0};
     mesh->get_structured_dimensions(n);
@@ -92,7 +93,7 @@ void OutputIBlankedGrid(std::string fileName, FEL_pointer<FEL_mesh> mesh,
     if (writeOffsets) head << "# " << offsetX << ' ' << offsetY << ' ' << offsetZ;
     head << '\n' << n[0] << ' ' << n[1] << ' ' << n[2] << '\n';
     {
-        byte_sink sink(file.get());
+        byte_sink sink(file);
         sink.put(head.str());
         const auto* curvilinear = dynamic_cast<const FEL_curvilinear_mesh*>(mesh.get());
         for (int axis = 0; axis < 3; ++axis) {
@@ -109,18 +110,20 @@ void OutputIBlankedGrid(std::string fileName, FEL_pointer<FEL_mesh> mesh,
             }
         }
     }
-    if (!writeBodyCells) return;
-    std::ostringstream tail;
-    tail << "\n# Num. of Body Cells: \n"
-         << cells.size() << "\n# Body Cells ({I-index, J-index, K-index} of the cells)\n";
-    for (auto cell = cells.rbegin(); cell != cells.rend(); ++cell)
-        tail << cell->x << ", " << cell->y << ", " << cell->z << '\n';
-    std::fputs(tail.str().c_str(), file.get());
+    if (writeBodyCells) {
+        std::ostringstream tail;
+        tail << "\n# Num. of Body Cells: \n"
+             << cells.size() << "\n# Body Cells ({I-index, J-index, K-index} of the cells)\n";
+        for (auto cell = cells.rbegin(); cell != cells.rend(); ++cell)
+            tail << cell->x << ", " << cell->y << ", " << cell->z << '\n';
+        std::fputs(tail.str().c_str(), file);
+    }
+    gd_close_output(file);
 }
 
 void OutputBodyCells(FEL_pointer<FEL_mesh> mesh, std::stack<FEL_vector3<int>> cells,
                      std::string fileName) {
-    std::ofstream out(fileName.c_str(), std::ios::trunc);
+    OutFile out(fileName);
     const std::size_t count = cells.size();
     out << "TITLE = \"FEL Intersected Cells\"\n"
         << "VARIABLES = \"X\" \"Y\" \"Z\"\n"
@@ -137,4 +140,5 @@ void OutputBodyCells(FEL_pointer<FEL_mesh> mesh, std::stack<FEL_vector3<int>> ce
                 << '\n';
     }
     for (std::size_t v = 1; v <= 8 * count; ++v) out << v << '\n';
+    out.Close();
 }

@@ -9,6 +9,7 @@
 #include "FEL_matrix33.h"
 #include "FEL_transformed_mesh.h"
 #include "FilePath.h"
+#include "driver/OutFile.h"
 #include "generator/gdcheck.h"
 
 std::string g_strBodyOutputDirectory;
@@ -54,11 +55,12 @@ void WriteBodies(std::vector<_BodyStruct> bodies, std::string directory) {
         if (!body.pMesh.null() && !body.pMesh->is_structured_mesh() && g_blnBodyWritersVerbose)
             std::cout << body.pMesh.get() << "   " << name << std::endl;
     }
-    std::ofstream out((directory + "//FASTout.bdy").c_str(), std::ios::trunc);
+    OutFile out(directory + "//FASTout.bdy");
     WriteStructuredBodies(bodies, out);
+    out.Close();
 }
 
-void WriteStructuredBodies(std::vector<_BodyStruct>& bodies, std::ofstream& stream) {
+void WriteStructuredBodies(std::vector<_BodyStruct>& bodies, std::ostream& stream) {
     std::vector<FEL_pointer<FEL_mesh>> blocks;
     for (const _BodyStruct& body : bodies) {
         if (body.pMesh.null()) continue;
@@ -87,7 +89,7 @@ void WriteStructuredBodies(std::vector<_BodyStruct>& bodies, std::ofstream& stre
         }
 }
 
-void WriteUnstructuredBody(FEL_pointer<FEL_mesh> mesh, std::ofstream& stream) {
+void WriteUnstructuredBody(FEL_pointer<FEL_mesh> mesh, std::ostream& stream) {
     const int nodes = mesh->card(0), faces = mesh->card(2);
     stream << nodes << ' ' << faces << " 0\n";
     if (g_blnBodyWritersVerbose) {

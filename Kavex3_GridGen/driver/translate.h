@@ -20,10 +20,10 @@ void TranslateToGlobal(std::vector<_BodyStruct>& bodies, FEL_vector3<float> conv
 void WriteBodies(std::vector<_BodyStruct> bodies, std::string directory);
 // The FAST multi-block form: the count, each block's dimensions, then per block all X, all Y and
 // all Z as doubles, each followed by a blank, a line end after each run. Nothing without blocks.
-void WriteStructuredBodies(std::vector<_BodyStruct>& bodies, std::ofstream& stream);
+void WriteStructuredBodies(std::vector<_BodyStruct>& bodies, std::ostream& stream);
 // The FAST unstructured form of a triangle mesh: "nodes faces 0", the X, Y and Z of the nodes one
 // per line, the faces' node numbers from 1, and a surface tag 1 per face.
-void WriteUnstructuredBody(FEL_pointer<FEL_mesh> mesh, std::ofstream& stream);
+void WriteUnstructuredBody(FEL_pointer<FEL_mesh> mesh, std::ostream& stream);
 // Reduces a path to its directory part, without the last "/"; a bare name becomes "".
 void StripFilename(std::string& path);
 

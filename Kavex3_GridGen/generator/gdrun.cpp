@@ -1,8 +1,11 @@
 // The line generator's run: stage order, final corner points and the translation file.
 #include "generator/gdrun.h"
 
+#include <sys/statvfs.h>
+
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "generator/bodies.h"
 #include "generator/bodycells.h"
@@ -10,6 +13,7 @@
 #include "generator/fullspan.h"
 #include "generator/gdcheck.h"
 #include "generator/gdgen.h"
+#include "generator/gdoutfile.h"
 #include "generator/gdrecords.h"
 #include "generator/gdsolverfiles.h"
 #include "generator/gdutil.h"
@@ -39,10 +43,21 @@ FILE* get_main_lex_data_file_stream(int argc, char** argv) {
 }
 
 void wrtTrnsltn(double tx, double ty, double tz, const char* path) {
-    FILE* stream = std::fopen(path, "w");
+    // The one file whose failure lets the run go on; it never stands cut short under its name.
+    FILE* stream = gd_try_open_output(path);
     if (stream) std::fprintf(stream, "%f %f %f \n", tx, ty, tz);
-    if (!stream || std::ferror(stream)) std::printf("%s could not be opened.", path);
-    if (stream) std::fclose(stream);
+    if (!stream || !gd_finish_output(stream)) std::printf("%s could not be opened.", path);
+}
+
+// A grid file of tens of gigabytes must not fill the disk to show that it doesn't fit.
+static void ck_room_for_grid_file(const char* path, long long bytes) {
+    const char* slash = std::strrchr(path, '/');
+    const std::string folder = slash ? std::string(path, slash - path + 1) : std::string(".");
+    struct statvfs fs;
+    if (statvfs(folder.c_str(), &fs) != 0) return;
+    const long long room = static_cast<long long>(fs.f_bavail) * fs.f_frsize;
+    if (room < bytes)
+        printfErrNexit("no room for '%s': %lld bytes needed, %lld bytes free", path, bytes, room);
 }
 
 void set_final_gdpts(double t[3], int16_t shift[3]) {
@@ -120,6 +135,7 @@ int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX
     std::fclose(get_main_lex_data_file_stream(argc, argv));
     double t[3];
     gen_final_grid(argv[1], argv[5], t);
+    ck_room_for_grid_file(argv[3], grid_file_size(writeTranslation, t, Nfinalgdpts, finalgdpts));
     *outX = t[0];
     *outY = t[1];
     *outZ = t[2];
@@ -130,10 +146,12 @@ int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX
                              : "SolverGdInp.dat");
 
     // The grid file's open failing would lose the run's main result: report it like other opens.
-    FILE* grid = std::fopen(argv[3], "w");
-    if (!grid) perrorNexit("fopen");
+    FILE* grid = gd_open_output(argv[3]);
     wr_grid_file(grid, writeTranslation, t, Nfinalgdpts, finalgdpts);
-    std::fclose(grid);
-    if (dbg) std::fflush(dbg);
+    gd_close_output(grid);
+    if (dbg) {
+        std::fflush(dbg);
+        gd_check_output(dbg);
+    }
     return 0;
 }

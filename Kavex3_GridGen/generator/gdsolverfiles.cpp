@@ -4,16 +4,11 @@
 #include <algorithm>
 
 #include "generator/bodycells.h"
+#include "generator/gdoutfile.h"
 #include "generator/gdrecords.h"
 #include "generator/gdutil.h"
 
 namespace {
-
-FILE* open_for_writing(const char* path) {
-    FILE* stream = std::fopen(path, "w");
-    if (!stream) perrorNexit("fopen");
-    return stream;
-}
 
 void wr_cell_widths(FILE* stream, char axis, const char* count, int a) {
     const int n = Nfinalgdpts[a] - 1;
@@ -30,18 +25,18 @@ bool is_rotor(const Body& body) {
 }  // namespace
 
 void wr_grid_pts_file(const char* path) {
-    FILE* stream = open_for_writing(path);
+    FILE* stream = gd_open_output(path);
     const GridLine* lines[3] = {&Xgdln, &Ygdln, &Zgdln};
     for (int a = 0; a < 3; ++a) {
         std::fprintf(stream, "# %c-Grid Points\n%d\n", "XYZ"[a], lines[a] -> nGdpts);
         for (int i = 0; i < lines[a]->nGdpts; ++i)
             std::fprintf(stream, "%27.18G\n", lines[a]->gdpts[i]);
     }
-    std::fclose(stream);
+    gd_close_output(stream);
 }
 
 void wr_solver_input_file(const char* path) {
-    FILE* stream = open_for_writing(path);
+    FILE* stream = gd_open_output(path);
     std::fprintf(stream, "# Num. of X, Y & Z Cell-Widths: IE = %d; JE = %d; KE = %d\n",
                  Nfinalgdpts[0] - 1, Nfinalgdpts[1] - 1, Nfinalgdpts[2] - 1);
     wr_cell_widths(stream, 'X', "IE", 0);
@@ -62,7 +57,7 @@ void wr_solver_input_file(const char* path) {
             std::fprintf(stream, "%18.9G, %18.9G, %18.9G\n", c[0], c[1], c[2]);
         }
     }
-    std::fclose(stream);
+    gd_close_output(stream);
 }
 
 void prPtWidRat(FILE* stream, const double* x, int i, int n) {

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "generator/gdoutfile.h"
+
 void append_formatted(std::string& out, const char* format, double value) {
     char buf[512];
     const int len = std::snprintf(buf, sizeof buf, format, value);
@@ -31,6 +33,7 @@ void byte_sink::put(const char* s, size_t len) {
         flush();
         if (len > buf_.size()) {
             std::fwrite(s, 1, len, stream_);
+            gd_check_output(stream_);
             return;
         }
     }
@@ -51,8 +54,10 @@ void byte_sink::put_repeated(const char* s, size_t len, long count) {
 }
 
 void byte_sink::flush() {
-    if (used_) std::fwrite(buf_.data(), 1, used_, stream_);
+    if (!used_) return;
+    std::fwrite(buf_.data(), 1, used_, stream_);
     used_ = 0;
+    gd_check_output(stream_);
 }
 
 void wr_grid_values(FILE* stream, const int n[3], const double* const pts[3]) {
@@ -68,6 +73,26 @@ void wr_grid_values(FILE* stream, const int n[3], const double* const pts[3]) {
         sink.put_repeated(z.text(k), z.size(k), static_cast<long>(n[0]) * n[1]);
 }
 
+namespace {
+
+const char grid_tail[] = "\n# Num. of Body Cells:\n0\n";
+
+}  // namespace
+
+long long grid_file_size(bool writeTranslation, const double t[3], const int n[3],
+                         const double* const pts[3]) {
+    long long size =
+        writeTranslation ? std::snprintf(nullptr, 0, "# %f %f %f\n", t[0], t[1], t[2]) : 1;
+    size += std::snprintf(nullptr, 0, "%d %d %d\n", n[0], n[1], n[2]) + sizeof grid_tail - 1;
+    if (n[0] <= 0 || n[1] <= 0 || n[2] <= 0) return size;
+    const long long points = static_cast<long long>(n[0]) * n[1] * n[2];
+    // Each value of axis a stands once for every point of the other two axes.
+    for (int a = 0; a < 3; ++a)
+        size += static_cast<long long>(formatted_values(pts[a], n[a], " %12.5f").pool.size()) *
+                (points / n[a]);
+    return size;
+}
+
 void wr_grid_file(FILE* stream, bool writeTranslation, const double t[3], const int n[3],
                   const double* const pts[3]) {
     if (writeTranslation)
@@ -76,5 +101,5 @@ void wr_grid_file(FILE* stream, bool writeTranslation, const double t[3], const 
         std::fputs("\n", stream);
     std::fprintf(stream, "%d %d %d\n", n[0], n[1], n[2]);
     wr_grid_values(stream, n, pts);
-    std::fputs("\n# Num. of Body Cells:\n0\n", stream);
+    std::fputs(grid_tail, stream);
 }

@@ -10,6 +10,7 @@
 
 #include "generator/bodies.h"
 #include "generator/gdcheck.h"
+#include "generator/gdoutfile.h"
 #include "generator/gdutil.h"
 #include "generator/readFileC_dbg.h"
 
@@ -71,7 +72,8 @@ void init_options2() {
 void set_derived_options2() {
     GdOptions& o = gd_options;
     if (o.debugLevel > 0 && o.debugFile && o.debugFile[0] != '\0') {
-        FILE* f = std::fopen(o.debugFile, "w");
+        // Written in place, like the logs: a run that fails keeps its trail up to the failure.
+        FILE* f = gd_try_open_output(o.debugFile, true);
         if (f)
             o.debugStream = f;
         else

@@ -2,6 +2,7 @@
 // frame.
 #include "CheckGenerate.h"
 
+#include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -51,32 +52,10 @@ void OnGeneratorExit(int) {
     Send("L " + std::to_string(gd_spec_line) + "\n");
 }
 
-ssize_t CountBytes(void* cookie, const char*, size_t size) {
-    *static_cast<long long*>(cookie) += static_cast<long long>(size);
-    return static_cast<ssize_t>(size);
-}
-
 void CopyFile(const std::string& from, const std::string& to) {
     std::ifstream in(from.c_str(), std::ios::binary);
     std::ofstream out(to.c_str(), std::ios::binary | std::ios::trunc);
     out << in.rdbuf();
-}
-
-// The bytes a writer that opens its file by name writes, counted on a pipe rather than stored.
-long long BytesWrittenTo(void (*writer)(const char* path)) {
-    int fds[2];
-    if (pipe(fds) != 0) return 0;
-    long long bytes = 0;
-    std::thread counter([&] {
-        char buffer[1 << 16];
-        ssize_t n;
-        while ((n = read(fds[0], buffer, sizeof buffer)) > 0) bytes += n;
-    });
-    writer(("/proc/self/fd/" + std::to_string(fds[1])).c_str());
-    close(fds[1]);
-    counter.join();
-    close(fds[0]);
-    return bytes;
 }
 
 // Each surface body as the run places it (TranslateToGlobal reads the translation file that the
@@ -133,14 +112,14 @@ void ChildRun(const GeneratorCheck& job) {
        << (gd_options.solverInpFile && gd_options.solverInpFile[0] ? gd_options.solverInpFile
                                                                    : "SolverGdInp.dat")
        << '\n';
-    // The bodies in the grid's frame on a second thread while the files are measured.
+    // The bodies in the grid's frame on a second thread while the solver file is written aside.
     std::string strBodies;
     std::thread bodyThread([&] { strBodies = BodiesInGridFrame(job, bodies); });
-    const long long intSolverBytes = BytesWrittenTo(wr_solver_input_file);
-    long long intGridBytes = 0;
-    FILE* counter = fopencookie(&intGridBytes, "w", {nullptr, CountBytes, nullptr, nullptr});
-    wr_grid_file(counter, !blnSurfaces, t, Nfinalgdpts, finalgdpts);
-    std::fclose(counter);
+    const std::string strSolver = job.strScratch + "//SolverGdInp.dat";
+    wr_solver_input_file(strSolver.c_str());
+    struct stat st;
+    const long long intSolverBytes = ::stat(strSolver.c_str(), &st) == 0 ? st.st_size : 0;
+    const long long intGridBytes = grid_file_size(!blnSurfaces, t, Nfinalgdpts, finalgdpts);
     bodyThread.join();
     os << "S " << intGridBytes << ' ' << intSolverBytes << '\n' << strBodies;
     Send(os.str());

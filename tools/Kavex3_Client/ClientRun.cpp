@@ -32,10 +32,11 @@ const char* const kUsage =
     "link, starts the worker with -linkid and the three files, and shows the lines of\n"
     "PTH/Kavex3_GridGen.out as they appear, each followed by the seconds it lasted (until the\n"
     "next line). Ctrl-C sets the stop flag: the worker looks at it every 3 seconds, reports\n"
-    "successful completion and ends, leaving temp.Grid and temp.SlvrRot behind. A second Ctrl-C\n"
-    "kills the worker. At the end the client reports the worker's exit status, its successful-\n"
-    "completion flag and PTH/Kavex3_GridGen.err if that is not empty. Both logs are truncated\n"
-    "before the worker starts, as the worker does itself.\n"
+    "successful completion and ends, leaving temp.Grid and temp.SlvrRot behind and its files\n"
+    "partial; a worker that had done every stage by then is reported as finished, not stopped.\n"
+    "A second Ctrl-C kills the worker. At the end the client reports the worker's exit status,\n"
+    "its successful-completion flag and PTH/Kavex3_GridGen.err if that is not empty. Both logs\n"
+    "are truncated before the worker starts, as the worker does itself.\n"
     "\n"
     "  -worker PATH       the worker to run (default: the one of this build tree, else\n"
     "                     Kavex3_GridGen on PATH)\n"
@@ -115,6 +116,22 @@ std::string WorkerEnd(int status) {
     if (WIFEXITED(status)) return "exit status " + std::to_string(WEXITSTATUS(status));
     if (WIFSIGNALED(status)) return "killed by signal " + std::to_string(WTERMSIG(status));
     return "ended with wait status " + std::to_string(status);
+}
+
+// A worker that ends on the stop leaves its temporary files behind; one that had finished every
+// stage before it looked at the flag has removed them, and its files are whole.
+void ReportStop(const std::string& strRunDir, double secondsAfterStop, int status) {
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) return;
+    const bool blnStopped = access((strRunDir + "/temp.Grid").c_str(), F_OK) == 0 ||
+                            access((strRunDir + "/temp.SlvrRot").c_str(), F_OK) == 0;
+    if (blnStopped) {
+        std::cout << "Stopped on request: the worker ended " << Fixed(secondsAfterStop)
+                  << " s after the stop was set\nThe files left in " << strRunDir
+                  << " are partial: the run did not finish\n";
+    } else {
+        std::cout << "Finished before the stop took effect: the worker had done every stage and "
+                     "its files are complete\n";
+    }
 }
 
 }  // namespace
@@ -198,10 +215,7 @@ int RunClient(const ClientOptions& options) {
                   : blnSuccess ? "yes"
                                : "no")
               << '\n';
-    if (stopSeconds >= 0.0) {
-        std::cout << "Stopped on request: the worker ended " << Fixed(endSeconds - stopSeconds)
-                  << " s after the stop was set\n";
-    }
+    if (stopSeconds >= 0.0) ReportStop(options.strRunDir, endSeconds - stopSeconds, status);
     std::ifstream errLog(strErr.c_str(), std::ios::binary);
     const std::string strErrText((std::istreambuf_iterator<char>(errLog)),
                                  std::istreambuf_iterator<char>());

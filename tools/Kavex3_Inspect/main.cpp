@@ -14,6 +14,7 @@ namespace fs = std::filesystem;
 
 static const char* const s_szUsage =
     "usage: Kavex3_Inspect RUN_DIR PROJECT [--out DIR] [--plane P]... [--whole] [--no-pictures]\n"
+    "                      [--partial]\n"
     "  Reads the finished run in RUN_DIR and the project that produced it, and writes ParaView\n"
     "  files, slice pictures and a body report into DIR (default: RUN_DIR_inspect, beside the\n"
     "  run). RUN_DIR itself is not changed.\n"
@@ -21,12 +22,29 @@ static const char* const s_szUsage =
     "              as in the solver's files), x=V, y=V or z=V for the layer holding V. Without\n"
     "              it: the middle layer normal to each axis, and for each body that the fill\n"
     "              got into, the layer through the last step of its leak path.\n"
-    "  --whole     pictures of the whole plane, not of the bodies' extent with a margin.\n";
+    "  --whole     pictures of the whole plane, not of the bodies' extent with a margin.\n"
+    "  --partial   inspect a run that did not finish (temp.Grid or temp.SlvrRot still there, or\n"
+    "              an error log that is not empty); its files may be partial.\n";
+
+// A stopped or failed run leaves its temporary files or an error log behind, and its files may be
+// partial: such a run is inspected only when asked for.
+static void CheckRunFinished(const std::string& strRunDir) {
+    std::error_code ec;
+    for (const char* szName : {"temp.Grid", "temp.SlvrRot"})
+        if (fs::exists(fs::path(strRunDir) / szName, ec))
+            throw InspectError(strRunDir + ": the run did not finish (" + szName +
+                               " is still there); --partial inspects it all the same");
+    const fs::path fpErr = fs::path(strRunDir) / "Kavex3_GridGen.err";
+    if (fs::exists(fpErr, ec) && fs::file_size(fpErr, ec) > 0)
+        throw InspectError(strRunDir +
+                           ": the run did not finish (Kavex3_GridGen.err is not empty); --partial "
+                           "inspects it all the same");
+}
 
 int main(int argc, char** argv) {
     std::vector<std::string> vecArgs(argv + 1, argv + argc), vecPositional, vecPlanes;
     std::string strOutDir;
-    bool blnPictures = true, blnWhole = false;
+    bool blnPictures = true, blnWhole = false, blnPartial = false;
     for (size_t n = 0; n < vecArgs.size(); ++n) {
         const std::string& strArg = vecArgs[n];
         if ((strArg == "--out" || strArg == "--plane") && n + 1 < vecArgs.size()) {
@@ -35,6 +53,8 @@ int main(int argc, char** argv) {
             blnPictures = false;
         } else if (strArg == "--whole") {
             blnWhole = true;
+        } else if (strArg == "--partial") {
+            blnPartial = true;
         } else if (strArg.rfind("-", 0) == 0 || vecPositional.size() == 2) {
             std::cerr << s_szUsage;
             return 2;
@@ -47,6 +67,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
+        if (!blnPartial) CheckRunFinished(vecPositional[0]);
         const InspectRun run = LoadInspectRun(vecPositional[0], vecPositional[1]);
         const std::vector<BodyLeak> vecLeaks = CheckLeaks(run);
         std::vector<SlicePlane> vecSlices;

@@ -26,11 +26,15 @@ TEST(GridWriter, ValuesMatchPlainFormattingByteForByte) {
         std::fputs("\n# Num. of Body Cells:\n0\n", plain);
     });
     EXPECT_EQ(stream_text([&](FILE* f) { wr_grid_file(f, true, t, n, pts); }), expected);
+    // The size known before writing, which the free-space check relies on.
+    EXPECT_EQ(grid_file_size(true, t, n, pts), (long long)expected.size());
 
     // Without the translation the file starts with an empty line.
     const int one[3] = {1, 1, 1};
-    EXPECT_EQ(stream_text([&](FILE* f) { wr_grid_file(f, false, t, one, pts); }),
-              "\n1 1 1\n     -3.00000      0.00000     -0.00001\n# Num. of Body Cells:\n0\n");
+    const std::string single =
+        "\n1 1 1\n     -3.00000      0.00000     -0.00001\n# Num. of Body Cells:\n0\n";
+    EXPECT_EQ(stream_text([&](FILE* f) { wr_grid_file(f, false, t, one, pts); }), single);
+    EXPECT_EQ(grid_file_size(false, t, one, pts), (long long)single.size());
 }
 
 }  // namespace

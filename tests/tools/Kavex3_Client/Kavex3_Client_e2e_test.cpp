@@ -72,11 +72,22 @@ TEST(Kavex3Client, StopDuringTheGeneratorEndsTheWorkerWithStatusZero) {
     const size_t at = r.strStdout.find(marker);
     ASSERT_NE(at, std::string::npos) << r.strStdout;
     EXPECT_LE(std::atof(r.strStdout.c_str() + at + marker.size()), 4.5);
+    EXPECT_THAT(r.strStdout, HasSubstr(" are partial: the run did not finish\n"));
     EXPECT_EQ(ReadWholeFile(run.dir / "Kavex3_GridGen.out"),
               "Vantor Version 0.9.15 (Beta) Build 396\n\nReading .Grid file (" +
                   (run.dir / "block.Grid") + ")...\nBegin Grid Generation...\n");
     EXPECT_TRUE(PathExists(run.dir / "temp.Grid"));
     EXPECT_EQ(ReadWholeFile(run.dir / "temp.SlvrRot"), "0\n\n");  // "0\n", last byte doubled
+}
+
+// The short run is through its stages long before the stop; the worker then waits for its stop
+// check to end, sees no stop, and has finished: that is no stop.
+TEST(Kavex3Client, StopAfterTheLastStageIsNoStop) {
+    ClientRun run;
+    const RunResult r = run.Run({"-stopafter", "0.3"});
+    EXPECT_EQ(r.status, 0) << r.strStdout << r.strStderr;
+    EXPECT_THAT(r.strStdout, HasSubstr("\nFinished before the stop took effect: "));
+    EXPECT_EQ(r.strStdout.find("Stopped on request"), std::string::npos) << r.strStdout;
 }
 
 TEST(Kavex3Client, FailingWorkerIsReportedWithItsErrorLog) {

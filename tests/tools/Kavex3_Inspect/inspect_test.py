@@ -266,7 +266,13 @@ class BadInput(unittest.TestCase):
         with open(missing_body, "w") as f:
             f.write("  type: STL\n  Points File: /nonexistent/wing.stl\n  used in solver: True\n")
         out = os.path.join(tmp, "out")
-        cases = [(os.path.join(tmp, "nothing"), missing_body, out, {}, "nothing: not a run directory"),
+        unfinished = {}
+        for name, extra in [("stopped", "temp.Grid"), ("failed", "Kavex3_GridGen.err")]:
+            unfinished[name] = shutil.copytree(EXAMPLE_RUN, os.path.join(tmp, name))
+            with open(os.path.join(unfinished[name], extra), "w") as f:
+                f.write("\nError: writing 'KX3.grid.dat': No space left on device\n")
+        cases = [(unfinished["stopped"], missing_body, out, {}, "the run did not finish (temp.Grid is still"),
+                 (unfinished["failed"], missing_body, out, {}, "(Kavex3_GridGen.err is not empty)"),(os.path.join(tmp, "nothing"), missing_body, out, {}, "nothing: not a run directory"),
                  (empty_run, missing_body, out, {}, "KX3.grid.dat: no grid file"),
                  (EXAMPLE_RUN, missing_body, out, {}, "/nonexistent/wing.stl: body file missing"),
                  (EXAMPLE_RUN, os.path.join(tmp, "none.Grid"), out, {}, "none.Grid: cannot open the project file"),
@@ -283,6 +289,13 @@ class BadInput(unittest.TestCase):
                 self.assertEqual(len(result.stderr.splitlines()), 1)
                 self.assertIn(words, result.stderr)
                 self.assertEqual(snapshot(EXAMPLE_RUN), before)
+
+    def test_partial_inspects_an_unfinished_run(self):
+        holder = tempfile.TemporaryDirectory()
+        run_dir = shutil.copytree(EXAMPLE_RUN, os.path.join(holder.name, "stopped"))
+        open(os.path.join(run_dir, "temp.SlvrRot"), "w").close()
+        result = inspect(run_dir, os.path.join(run_dir, "block.Grid"), "--partial", "--no-pictures")
+        self.assertEqual(result.returncode, 0, result.stderr)
 
 
 def snapshot(folder):
