@@ -54,8 +54,8 @@ int main(int argc, char** argv) {
     char pattern[] = "/tmp/bench_worker_XXXXXX";
     if (!mkdtemp(pattern)) return 1;
     const std::string dir = pattern;
-    std::ofstream(dir + "/bench.Grid") << Project(body, argc > 3 ? std::atoi(argv[3]) : 200,
-                                                  argc > 4 ? std::atoi(argv[4]) : 28);
+    std::ofstream(dir + "/bench.Grid")
+        << Project(body, argc > 3 ? std::atoi(argv[3]) : 200, argc > 4 ? std::atoi(argv[4]) : 28);
     std::ofstream(dir + "/bench.SlvrRot") << "0\n";
 
     const auto start = std::chrono::steady_clock::now();

@@ -113,8 +113,8 @@ TEST(LinkManager, RegionNameFollowsTheEffectiveUser) {
     ScratchDir staged;
     const std::string peer = staged / "link_peer";
     fs::copy_file(KAVEX_LINK_PEER, peer);
-    fs::permissions(staged.Path(), fs::owner_all | fs::group_read | fs::group_exe | fs::others_read |
-                                       fs::others_exe);
+    fs::permissions(staged.Path(), fs::owner_all | fs::group_read | fs::group_exe |
+                                       fs::others_read | fs::others_exe);
     const std::string command = "runuser -u nobody -- " + peer + " - name";
     EXPECT_EQ(RunProgram("/bin/sh", {"-c", command}, "/").strStdout, "DorvaLM1_nobody\n");
 }

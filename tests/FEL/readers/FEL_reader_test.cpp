@@ -141,9 +141,8 @@ TEST(FEL_reader, PublicPlot3dCorpusFormsZonesAndRefusals) {
     // Plain binary files pass the deducer, are refused by the reader's size check, and every trial
     // read fails; 64-bit reals fit no form at all. Trial candidates end at Fortran unstructured in
     // the file's own order.
-    const std::pair<const char*, unsigned> refused[] = {{"bluntfinxyz.bin", 0x100},
-                                                        {"postxyz.bin", 0x101},
-                                                        {"multi-bin.xyz", 0}};
+    const std::pair<const char*, unsigned> refused[] = {
+        {"bluntfinxyz.bin", 0x100}, {"postxyz.bin", 0x101}, {"multi-bin.xyz", 0}};
     for (const auto& [file, deduced] : refused) {
         SCOPED_TRACE(file);
         const std::string path = corpus(std::string("plot3d/") + file);

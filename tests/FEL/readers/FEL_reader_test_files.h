@@ -1,5 +1,5 @@
-// Helpers of the reader tests: files written byte for byte, the public test files in tests/data, and what a
-// read mesh holds.
+// Helpers of the reader tests: files written byte for byte, the public test files in tests/data,
+// and what a read mesh holds.
 #pragma once
 
 #include <cstdint>

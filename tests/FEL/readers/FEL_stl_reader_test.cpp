@@ -148,18 +148,12 @@ TEST(FEL_stl_reader, PublicCorpusMatchesIndependentCounts) {
         int facets, vertices, parts;
     };
     const Expected table[] = {
-        {"angle_block.STL", 704, 398, 1},
-        {"blade.stl", 4640, 2320, 1},
-        {"bunny.stl", 9999, 5055, 1},
-        {"esp_airfoil.stl", 976, 732, 1},
-        {"featuretype.STL", 3476, 2010, 1},
-        {"multibody.stl", 32, 20, 2},
-        {"plate_holes.STL", 1252, 618, 1},
-        {"soup.stl", 100, 300, 100},
-        {"teapot.stl", 894, 480, 4},
-        {"two_objects_mixed_case_names.stl", 24, 16, 2},
-        {"unit_cube.STL", 12, 8, 1},
-        {"unit_sphere.STL", 1280, 642, 1},
+        {"angle_block.STL", 704, 398, 1},   {"blade.stl", 4640, 2320, 1},
+        {"bunny.stl", 9999, 5055, 1},       {"esp_airfoil.stl", 976, 732, 1},
+        {"featuretype.STL", 3476, 2010, 1}, {"multibody.stl", 32, 20, 2},
+        {"plate_holes.STL", 1252, 618, 1},  {"soup.stl", 100, 300, 100},
+        {"teapot.stl", 894, 480, 4},        {"two_objects_mixed_case_names.stl", 24, 16, 2},
+        {"unit_cube.STL", 12, 8, 1},        {"unit_sphere.STL", 1280, 642, 1},
     };
     for (const Expected& e : table) {
         SCOPED_TRACE(e.file);

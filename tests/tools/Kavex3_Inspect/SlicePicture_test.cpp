@@ -73,13 +73,13 @@ TEST(ReadRotors, PlacedAsTheGeneratorPlacesThem) {
     // thickness by the Z factor, a relative one times the scaled radius.
     const auto rotors = ReadRotors(dir / "p.Grid", {2, 3, 4}, {1, 1, 1});
     ASSERT_EQ(rotors.size(), 2u);
-    const std::tuple<int, float, float, float, double, double> expected[] = {
-        {2, 3, 7, 13, 4, 0.2}, {0, 1, 1, 1, 2, 0.4}};
+    const std::tuple<int, float, float, float, double, double> expected[] = {{2, 3, 7, 13, 4, 0.2},
+                                                                             {0, 1, 1, 1, 2, 0.4}};
     for (size_t n = 0; n < 2; ++n)
-        EXPECT_EQ(std::make_tuple(rotors[n].intAxis, rotors[n].v3fCentre.x, rotors[n].v3fCentre.y,
-                                  rotors[n].v3fCentre.z, rotors[n].dblRadius,
-                                  rotors[n].dblHalfThickness),
-                  expected[n]);
+        EXPECT_EQ(
+            std::make_tuple(rotors[n].intAxis, rotors[n].v3fCentre.x, rotors[n].v3fCentre.y,
+                            rotors[n].v3fCentre.z, rotors[n].dblRadius, rotors[n].dblHalfThickness),
+            expected[n]);
 }
 
 TEST(SlicePicture, UnwritableFileNamesThePath) {
