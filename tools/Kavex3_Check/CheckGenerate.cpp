@@ -8,8 +8,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <sstream>
 #include <thread>
@@ -52,10 +54,15 @@ void OnGeneratorExit(int) {
     Send("L " + std::to_string(gd_spec_line) + "\n");
 }
 
+// A copy cut short would be read as a mistake of the body: it ends the child as the generator ends.
 void CopyFile(const std::string& from, const std::string& to) {
     std::ifstream in(from.c_str(), std::ios::binary);
     std::ofstream out(to.c_str(), std::ios::binary | std::ios::trunc);
-    out << in.rdbuf();
+    errno = 0;
+    if (in.peek() != std::ifstream::traits_type::eof()) out << in.rdbuf();
+    out.close();
+    if (!out)
+        printfErrNexit("writing '%s': %s", to.c_str(), errno ? std::strerror(errno) : "failed");
 }
 
 // Each surface body as the run places it (TranslateToGlobal reads the translation file that the

@@ -80,17 +80,29 @@ struct DriverPass {
     FEL_vector3<float> v3fConversionFactor{1.0f, 1.0f, 1.0f};
     std::vector<std::string> vecRewrite;
 
-    bool Run(const std::string& strProject) {
+    // False with the reason when the scratch directory or its project copy can't be written: a
+    // copy cut short would be reported as mistakes of the project.
+    bool Run(const std::string& strProject, std::string& strError) {
         const char* tmp = std::getenv("TMPDIR");
         std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/kavex3_check.XXXXXX";
-        if (!mkdtemp(pattern.data())) return false;
+        if (!mkdtemp(pattern.data())) {
+            strError =
+                "cannot make a scratch directory for the check: " + std::string(strerror(errno));
+            return false;
+        }
         strScratch = pattern;
         g_strTempDir = strScratch;
         const std::string strGrid = strScratch + "//temp.Grid";
         std::ofstream tempGrid(strGrid.c_str(), std::ios::trunc);
         std::string strSolver;
         ReadGridFile(strProject, strSolver, tempGrid, v3fConversionFactor, vecBodies);
+        errno = 0;
         tempGrid.close();
+        if (!tempGrid) {
+            strError = "cannot write the check's copy '" + strGrid +
+                       "': " + (errno ? strerror(errno) : "write failed");
+            return false;
+        }
         vecRewrite = Lines(strGrid);
         return true;
     }
@@ -140,8 +152,9 @@ CheckResult RunCheck(const CheckOptions& o) {
         return result;
     }
     DriverPass driver;
-    if (!driver.Run(o.strProject)) {
-        result.Add(o.strProject, 0, true, "cannot make a scratch directory for the check");
+    std::string strScratchError;
+    if (!driver.Run(o.strProject, strScratchError)) {
+        result.Add(o.strProject, 0, true, strScratchError);
         return result;
     }
     const ProjectLayout layout =
