@@ -1,9 +1,5 @@
-// Process-wide state of the run driver.
+// Process-wide state of the run driver: what the parent link's stop thread needs.
 #include "driver/DriverGlobals.h"
 
-bool g_blnDebug = false;
-IntersectContext g_intersectContext;
 pthread_mutex_t g_mutex;
 std::string strCWD;
-std::string g_strTempDir;
-std::vector<std::string> g_vecstrTempFiles;

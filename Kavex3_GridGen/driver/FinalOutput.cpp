@@ -9,7 +9,6 @@
 #include <sstream>
 
 #include "FilePath.h"
-#include "driver/DriverGlobals.h"
 #include "driver/OutFile.h"
 #include "driver/Write.h"
 #include "intersector/Classify.h"
@@ -30,17 +29,17 @@ bool SameCell(const FEL_vector3<int>& a, const FEL_vector3<int>& b) {
 
 }  // namespace
 
-std::vector<FEL_vector3<int>> ScanBodyCells() {
+std::vector<FEL_vector3<int>> ScanBodyCells(IntersectContext& run) {
     long long intersected = 0;
     // The decisions follow the descending scan; afterwards a cell's state alone tells its fate:
     // 1 stays intersected, 2 is outside, anything else is blocked.
-    DecideCells(g_intersectContext, intersected);
+    DecideCells(run, intersected);
     std::vector<FEL_vector3<int>> cells;
-    const FEL_vector3<int> n = g_intersectContext.GridDimensions();
+    const FEL_vector3<int> n = run.GridDimensions();
     for (int i = n[0] - 1; i >= 0; --i)
         for (int j = n[1] - 1; j >= 0; --j)
             for (int k = n[2] - 1; k >= 0; --k) {
-                const CellState state = g_intersectContext.m_gridCells(i, j, k).m_eState;
+                const CellState state = run.m_gridCells(i, j, k).m_eState;
                 if (state != CELL_INTERSECTED && state != CELL_EXTERIOR)
                     cells.emplace_back(i + 1, j + 1, k + 1);
             }
@@ -72,13 +71,13 @@ std::vector<FEL_vector3<int>> MergeBodyCells(const std::vector<FEL_vector3<int>>
     return all;
 }
 
-void WriteFinalOutput(const std::string& solverInputFile, const std::string& gridFile,
-                      FEL_pointer<FEL_mesh> grid, const GridOffsets& offsets,
-                      const std::vector<FEL_vector3<int>>& extraCells) {
+void WriteFinalOutput(DriverContext& run, const std::string& solverInputFile,
+                      const std::string& gridFile, FEL_pointer<FEL_mesh> grid,
+                      const GridOffsets& offsets, const std::vector<FEL_vector3<int>>& extraCells) {
     std::ifstream solver(solverInputFile.c_str());
-    const std::string strWorkFile = Dorva::FilePath(g_strTempDir + "/temp.ClWdths").Get();
+    const std::string strWorkFile = Dorva::FilePath(run.m_strTempDir + "/temp.ClWdths").Get();
     OutFile work(strWorkFile, true);
-    g_vecstrTempFiles.push_back(strWorkFile);
+    run.m_vecstrTempFiles.push_back(strWorkFile);
     std::string line;
     while (std::getline(solver, line)) {
         work << line << std::endl;
@@ -86,7 +85,7 @@ void WriteFinalOutput(const std::string& solverInputFile, const std::string& gri
     }
 
     std::cout << "Final output..." << std::endl;
-    std::vector<FEL_vector3<int>> cells = ScanBodyCells();
+    std::vector<FEL_vector3<int>> cells = ScanBodyCells(run.m_intersect);
     if (!extraCells.empty()) cells = MergeBodyCells(cells, extraCells);
     std::cout << "Body cells: " << std::endl << cells.size() << std::endl;
     work << cells.size() << '\n';

@@ -21,6 +21,7 @@
 #include "FilePath.h"
 #include "RemovePath.h"
 #include "driver/ConvertCuts.h"
+#include "driver/DriverContext.h"
 #include "driver/DriverGlobals.h"
 #include "driver/FinalOutput.h"
 #include "driver/OutFile.h"
@@ -85,9 +86,10 @@ struct RunFiles {
 }
 
 // The full path, for a project with surface bodies: stages 2 to 11.
-static void RunFullPath(char* programName, const std::string& strRunDir, RunFiles& files,
+static void RunFullPath(DriverContext& run, char* programName, RunFiles& files,
                         std::vector<_BodyStruct>& bodies, FEL_vector3<float> conversionFactor,
                         const std::string& strSolverInputFile) {
+    const std::string& strRunDir = run.m_strTempDir;
     const std::string strGridFile = strRunDir + "//KX3.grid.dat";
     std::cout << "Reading bodies..." << std::endl;
     ReadBodies(bodies);
@@ -107,17 +109,16 @@ static void RunFullPath(char* programName, const std::string& strRunDir, RunFile
     unsigned intFlags = 0;
     FEL_pointer<FEL_mesh> grid = FEL_read_mesh(strGridFile, intFlags, -1);
     std::cout << "Translate bodies..." << std::endl;
-    TranslateToGlobal(bodies, conversionFactor, strRunDir);
+    TranslateToGlobal(run, bodies, conversionFactor);
     std::cout << "Writing translated bodies..." << std::endl;
 
     std::cout << "Intersecting bodies with the grid..." << std::endl;
     std::vector<_BodyStruct> surfaces;
     for (const _BodyStruct& body : bodies)
         if (body.eBodyType > BODY_ZCUT) surfaces.push_back(body);
-    g_intersectContext.m_blnDebug = g_blnDebug;
-    IntersectGrid(g_intersectContext, grid, surfaces, strRunDir);
+    IntersectGrid(run.m_intersect, grid, surfaces, strRunDir);
     std::cout << "Calculating body cells..." << std::endl;
-    ClassifyCells(g_intersectContext);
+    ClassifyCells(run.m_intersect);
 
     // A project that names no solver input file gets the generator's default one, which is the
     // file that the generator wrote and that the blocked cells belong in.
@@ -125,14 +126,13 @@ static void RunFullPath(char* programName, const std::string& strRunDir, RunFile
         strSolverInputFile.empty() ? std::string("SolverGdInp.dat") : strSolverInputFile;
     std::vector<FEL_vector3<int>> generatorCells;
     if (blnMixed) generatorCells = ReadSolverBodyCells(strSolverFile);
-    WriteFinalOutput(strSolverFile, strGridFile, grid, offsets, generatorCells);
-    g_intersectContext.m_gridCells.Release();
+    WriteFinalOutput(run, strSolverFile, strGridFile, grid, offsets, generatorCells);
+    run.m_intersect.m_gridCells.Release();
 }
 
 int GridGenMain(int argc, char** argv) {
     char buffer[300];
     strCWD = std::string(getcwd(buffer, sizeof buffer) != nullptr ? buffer : "") + "/";
-    g_blnDebug = false;
 
     Dorva::CommandLine::SetParameters(argc, argv);
     std::string strGridFile, strRotorFile, strRunDir;
@@ -161,13 +161,14 @@ int GridGenMain(int argc, char** argv) {
               << std::endl;
     if (!StartLink()) return -1;
 
-    g_strTempDir = strRunDir;
+    // The run's one context; its debug switch starts false.
+    DriverContext run(strRunDir);
     RunFiles files;
     files.strRotor = strRunDir + "//temp.SlvrRot";
     CopyRotorFile(strRotorFile, files.strRotor);
-    g_vecstrTempFiles.push_back(files.strRotor);
+    run.m_vecstrTempFiles.push_back(files.strRotor);
     files.strGrid = strRunDir + "//temp.Grid";
-    g_vecstrTempFiles.push_back(files.strGrid);
+    run.m_vecstrTempFiles.push_back(files.strGrid);
     files.tempGrid.reset(new OutFile(files.strGrid, true));
 
     std::cout << "Reading .Grid file (" << strGridFile << ")..." << std::endl;
@@ -175,8 +176,8 @@ int GridGenMain(int argc, char** argv) {
     // A project without a "Conversion Factor:" line keeps its bodies at their own scale.
     FEL_vector3<float> conversionFactor(1.0f, 1.0f, 1.0f);
     std::vector<_BodyStruct> bodies;
-    const bool blnFailed =
-        ReadGridFile(strGridFile, strSolverInputFile, *files.tempGrid, conversionFactor, bodies);
+    const bool blnFailed = ReadGridFile(run, strGridFile, strSolverInputFile, *files.tempGrid,
+                                        conversionFactor, bodies);
     files.tempGrid->Check();
     strSolverInputFile = Dorva::FilePath(strSolverInputFile).Get();
     if (blnFailed) {
@@ -190,7 +191,7 @@ int GridGenMain(int argc, char** argv) {
         std::cout << "Begin Grid Generation..." << std::endl;
         all_cuts_grid_generation(argv[0], files.strGrid, strRunDir, true, &a, &b, &c);
     } else {
-        RunFullPath(argv[0], strRunDir, files, bodies, conversionFactor, strSolverInputFile);
+        RunFullPath(run, argv[0], files, bodies, conversionFactor, strSolverInputFile);
     }
 
     files.Remove();

@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "FilePath.h"
-#include "driver/DriverGlobals.h"
+#include "driver/DriverContext.h"
 #include "generator/gdcheck.h"
 #include "readers/FEL_reader.h"
 
@@ -34,7 +34,7 @@ int ProjectKeywordOf(const std::string& line) {
 
 // Tests one project line for the driver's keywords, first hit winning; returns the body kind a
 // "type:" line opens (BODY_NONE for any other line) and edits the line when it must be rewritten.
-static BodyType TakeProjectLine(const std::string& gridFile, std::string& line,
+static BodyType TakeProjectLine(DriverContext& run, const std::string& gridFile, std::string& line,
                                 std::string& solverInputFile,
                                 FEL_vector3<float>& conversionFactor) {
     const int intKeyword = ProjectKeywordOf(line);
@@ -59,13 +59,14 @@ static BodyType TakeProjectLine(const std::string& gridFile, std::string& line,
             line = std::string(28, ' ') + "type: XcutPlanes";
         return kind;
     } else if (intKeyword == PROJECT_DEBUG_LEVEL) {
-        g_blnDebug = !Holds(line, "0");
+        run.m_intersect.m_blnDebug = !Holds(line, "0");
     }
     return BODY_NONE;
 }
 
-bool ReadGridFile(std::string gridFile, std::string& solverInputFile, std::ostream& tempGrid,
-                  FEL_vector3<float>& conversionFactor, std::vector<_BodyStruct>& bodies) {
+bool ReadGridFile(DriverContext& run, std::string gridFile, std::string& solverInputFile,
+                  std::ostream& tempGrid, FEL_vector3<float>& conversionFactor,
+                  std::vector<_BodyStruct>& bodies) {
     std::ifstream project(gridFile.c_str());
     bodies.clear();
     int intBodyNumber = 1;
@@ -73,7 +74,8 @@ bool ReadGridFile(std::string gridFile, std::string& solverInputFile, std::ostre
     std::string line;
     std::getline(project, line);
     while (!project.fail() && !project.bad()) {
-        const BodyType kind = TakeProjectLine(gridFile, line, solverInputFile, conversionFactor);
+        const BodyType kind =
+            TakeProjectLine(run, gridFile, line, solverInputFile, conversionFactor);
         tempGrid << line << std::endl;
 
         std::getline(project, line);
@@ -85,9 +87,10 @@ bool ReadGridFile(std::string gridFile, std::string& solverInputFile, std::ostre
         _BodyStruct body;
         body.strPointsFile = line.substr(points + pointsKey.size());
         body.strCutFile =
-            Dorva::FilePath(g_strTempDir + "//" + std::to_string(intBodyNumber) + "-x.cut").Get();
+            Dorva::FilePath(run.m_strTempDir + "//" + std::to_string(intBodyNumber) + "-x.cut")
+                .Get();
         body.eBodyType = kind;
-        g_vecstrTempFiles.push_back(body.strCutFile);
+        run.m_vecstrTempFiles.push_back(body.strCutFile);
         bodies.push_back(body);
         tempGrid << std::string(21, ' ') << pointsKey << body.strCutFile << std::endl;
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "FEL_vector3.h"
+#include "driver/DriverContext.h"
 #include "intersector/BodyStruct.h"
 
 // The driver's keywords, tested in this order on every project line, the first found winning.
@@ -29,12 +30,13 @@ extern const char* const g_strUsedInSolverKey;  // "used in solver:"
 
 // Copies gridFile line by line to tempGrid (each line flushed, since the generator reads that file
 // while it is open), rewriting every body's type line to X cut planes and its points line to the
-// body's cut file g_strTempDir + "//N-x.cut". Fills solverInputFile, the components of
-// conversionFactor that its line gives, g_blnDebug and bodies; appends the cut files to
-// g_vecstrTempFiles. Returns true on failure, which no path does: an unreadable project gives
-// no bodies, a body cut short ends the reading silently.
-bool ReadGridFile(std::string gridFile, std::string& solverInputFile, std::ostream& tempGrid,
-                  FEL_vector3<float>& conversionFactor, std::vector<_BodyStruct>& bodies);
+// body's cut file run.m_strTempDir + "//N-x.cut". Fills solverInputFile, the components of
+// conversionFactor that its line gives, the run's debug switch and bodies; appends the cut files
+// to run.m_vecstrTempFiles. Returns true on failure, which no path does: an unreadable project
+// gives no bodies, a body cut short ends the reading silently.
+bool ReadGridFile(DriverContext& run, std::string gridFile, std::string& solverInputFile,
+                  std::ostream& tempGrid, FEL_vector3<float>& conversionFactor,
+                  std::vector<_BodyStruct>& bodies);
 
 // Reads the mesh file of every surface body (STL or Plot3D) into its pMesh; cut bodies keep null
 // meshes. A name holding ".p3d" or ".stl" is first tried as text unstructured Plot3D, then the

@@ -15,9 +15,9 @@
 std::string g_strBodyOutputDirectory;
 bool g_blnBodyWritersVerbose = false;
 
-void TranslateToGlobal(std::vector<_BodyStruct>& bodies, FEL_vector3<float> conversionFactor,
-                       std::string directory) {
-    std::ifstream in(Dorva::FilePath(directory + "//Lcl2Gbl.dat").Get().c_str());
+void TranslateToGlobal(const DriverContext& run, std::vector<_BodyStruct>& bodies,
+                       FEL_vector3<float> conversionFactor) {
+    std::ifstream in(Dorva::FilePath(run.m_strTempDir + "//Lcl2Gbl.dat").Get().c_str());
     if (!in) return;
     FEL_vector3<float> t;
     float* const parts[3] = {&t.x, &t.y, &t.z};

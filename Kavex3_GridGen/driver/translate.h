@@ -8,13 +8,14 @@
 #include "FEL_mesh.h"
 #include "FEL_pointer.h"
 #include "FEL_vector3.h"
+#include "driver/DriverContext.h"
 #include "intersector/BodyStruct.h"
 
 // Wraps each surface body's mesh so that a point p of its file reads as M p + t: M the diagonal of
-// conversionFactor, t the three floats of directory + "//Lcl2Gbl.dat". Without that file the
+// conversionFactor, t the three floats of the run directory's "Lcl2Gbl.dat". Without that file the
 // bodies stay as they are, unscaled. Cut bodies have no mesh and are left alone.
-void TranslateToGlobal(std::vector<_BodyStruct>& bodies, FEL_vector3<float> conversionFactor,
-                       std::string directory);
+void TranslateToGlobal(const DriverContext& run, std::vector<_BodyStruct>& bodies,
+                       FEL_vector3<float> conversionFactor);
 
 // Writes the structured sub-meshes of all bodies to directory + "//FASTout.bdy".
 void WriteBodies(std::vector<_BodyStruct> bodies, std::string directory);

@@ -42,7 +42,8 @@ class IntersectContext {
     GridCellArray m_gridCells;
     IntersectOptions m_options;
     // Debug lines on standard output and the dumps "completeTris.dat" and "trisglobal.dat". The
-    // driver copies its g_blnDebug here when it makes the context.
+    // driver's ReadGridFile sets it from the project's "Debug Level" line (the worker's
+    // g_blnDebug).
     bool m_blnDebug = false;
 
     // Cells along i, j, k: the grid's point counts less 1 (what the worker's stages know as

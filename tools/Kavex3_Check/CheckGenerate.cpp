@@ -69,7 +69,8 @@ void CopyFile(const std::string& from, const std::string& to) {
 // generator wrote): what the triangulation drops of it, what remains open, where it leaves the
 // grid.
 std::string BodiesInGridFrame(const GeneratorCheck& job, std::vector<_BodyStruct> bodies) {
-    TranslateToGlobal(bodies, job.v3fConversionFactor, job.strScratch);
+    const DriverContext run(job.strScratch);
+    TranslateToGlobal(run, bodies, job.v3fConversionFactor);
     std::string text;
     for (std::size_t i = 0; i < bodies.size(); ++i) {
         if (bodies[i].eBodyType <= BODY_ZCUT || bodies[i].pMesh.null()) continue;

@@ -16,7 +16,7 @@
 #include "CheckGenerate.h"
 #include "CheckProject.h"
 #include "RemovePath.h"
-#include "driver/DriverGlobals.h"
+#include "driver/DriverContext.h"
 #include "driver/ReadGridFile.h"
 
 namespace Dorva {
@@ -91,11 +91,11 @@ struct DriverPass {
             return false;
         }
         strScratch = pattern;
-        g_strTempDir = strScratch;
+        DriverContext run(strScratch);
         const std::string strGrid = strScratch + "//temp.Grid";
         std::ofstream tempGrid(strGrid.c_str(), std::ios::trunc);
         std::string strSolver;
-        ReadGridFile(strProject, strSolver, tempGrid, v3fConversionFactor, vecBodies);
+        ReadGridFile(run, strProject, strSolver, tempGrid, v3fConversionFactor, vecBodies);
         errno = 0;
         tempGrid.close();
         if (!tempGrid) {

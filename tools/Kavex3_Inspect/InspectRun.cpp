@@ -14,7 +14,7 @@
 
 #include "FEL_exception.h"
 #include "FEL_tetrahedral_mesh.h"
-#include "driver/DriverGlobals.h"
+#include "driver/DriverContext.h"
 #include "driver/ReadGridFile.h"
 #include "driver/translate.h"
 #include "generator/bodies.h"
@@ -344,8 +344,8 @@ InspectRun LoadInspectRun(const std::string& strRunDir, const std::string& strPr
     std::ofstream ofsNowhere;
     std::string strSolverInput;
     std::vector<_BodyStruct> vecBodies;
-    g_strTempDir = strRunDir;
-    ReadGridFile(strProject, strSolverInput, ofsNowhere, run.v3fConversion, vecBodies);
+    DriverContext driver(strRunDir);
+    ReadGridFile(driver, strProject, strSolverInput, ofsNowhere, run.v3fConversion, vecBodies);
 
     FEL_pointer<FEL_mesh> pGrid;
     try {
@@ -407,7 +407,7 @@ InspectRun LoadInspectRun(const std::string& strRunDir, const std::string& strPr
         }
         if (body.pMesh.null()) throw InspectError(inspectBody.strFile + ": unreadable body file");
         std::vector<_BodyStruct> vecPlaced(1, body);
-        TranslateToGlobal(vecPlaced, run.v3fConversion, strRunDir);
+        TranslateToGlobal(driver, vecPlaced, run.v3fConversion);
         inspectBody.surface = SurfaceOfMesh(*body.pMesh, *vecPlaced[0].pMesh);
         inspectBody.body = body;
         run.vecBodies.push_back(std::move(inspectBody));

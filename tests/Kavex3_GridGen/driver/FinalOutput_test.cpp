@@ -8,7 +8,6 @@
 
 #include "FEL_curvilinear_mesh.h"
 #include "ScratchDir.h"
-#include "driver/DriverGlobals.h"
 #include "intersector/Intersector.h"
 
 namespace {
@@ -37,17 +36,16 @@ TEST(FinalOutput, SolverInputRewrite) {
     };
     for (const auto& [solver, expected] : cases) {
         ScratchDir dir;
-        g_strTempDir = dir.Path();
+        DriverContext run(dir.Path());
         WriteWholeFile(dir / "S", solver);
         FEL_pointer<FEL_mesh> mesh = SmallGrid();
-        GridCellArray& cells = g_intersectContext.m_gridCells;
+        GridCellArray& cells = run.m_intersect.m_gridCells;
         CreateGrid(cells, mesh);
         for (int n = 0; n < 8; ++n) cells(n / 4, n / 2 % 2, n % 2).m_eState = CELL_EXTERIOR;
         cells(1, 0, 1).m_eState = CELL_UNKNOWN;
-        WriteFinalOutput(dir / "S", dir / "grid", mesh, GridOffsets(), {});
+        WriteFinalOutput(run, dir / "S", dir / "grid", mesh, GridOffsets(), {});
         EXPECT_EQ(ReadWholeFile(dir / "S"), expected);
         EXPECT_FALSE(PathExists(dir / "temp.ClWdths"));
-        cells.Release();
     }
 }
 

@@ -5,7 +5,6 @@
 
 #include "FEL_exception.h"
 #include "ScratchDir.h"
-#include "driver/DriverGlobals.h"
 
 namespace {
 
@@ -18,21 +17,27 @@ struct ReadResult {
     std::vector<_BodyStruct> bodies = std::vector<_BodyStruct>(2);
     // A line per body: kind (0 to 4), points file, cut file, T if used in the solver or else F.
     std::string strBodies;
+    bool blnDebug = false;
+    std::vector<std::string> vecstrTempFiles;
 };
 
 // Writes the project text as "p.Grid", runs ReadGridFile on the file name with run directory
-// runDir, and returns all it produced.
+// runDir and the debug switch set to debugBefore, and returns all it produced.
 ReadResult ReadProject(const std::string& projectText, const std::string& runDir = "/run/dir",
-                       const std::string& name = "p.Grid") {
+                       const std::string& name = "p.Grid", bool debugBefore = false) {
     ScratchDir dir;
     WriteWholeFile(dir / "p.Grid", projectText);
-    g_strTempDir = runDir;
+    DriverContext run(runDir);
+    run.m_vecstrTempFiles = {"earlier"};
+    run.m_intersect.m_blnDebug = debugBefore;
     ReadResult result;
     std::ofstream tempGrid(dir / "temp.Grid");
-    result.blnFailed = ReadGridFile(dir / name, result.strSolverInput, tempGrid,
+    result.blnFailed = ReadGridFile(run, dir / name, result.strSolverInput, tempGrid,
                                     result.conversionFactor, result.bodies);
     tempGrid.close();
     result.strTempGrid = ReadWholeFile(dir / "temp.Grid");
+    result.blnDebug = run.m_intersect.m_blnDebug;
+    result.vecstrTempFiles = run.m_vecstrTempFiles;
     for (const _BodyStruct& b : result.bodies)
         result.strBodies += std::to_string(b.eBodyType) + " " + b.strPointsFile + " " +
                             b.strCutFile + (b.blnUsedInSolver ? " T\n" : " F\n");
@@ -74,7 +79,6 @@ TEST(ReadGridFile, RewritesCutStlAndPlot3DBodiesByteForByte) {
         Body("Hull", kTypeX, kPoints + "/run/dir/2-x.cut", "False") +
         Body("Wing", kTypeX, kPoints + "/run/dir/3-x.cut", "True") +
         Body("Fin", kTypeX, kPoints + "/run/dir/4-x.cut", "yes, True") + rest;
-    g_vecstrTempFiles = {"earlier"};
     const ReadResult r = ReadProject(project, "/run/dir/");
     EXPECT_FALSE(r.blnFailed);
     EXPECT_EQ(r.strTempGrid, expected);
@@ -82,7 +86,7 @@ TEST(ReadGridFile, RewritesCutStlAndPlot3DBodiesByteForByte) {
     EXPECT_EQ(r.strBodies,
               "0 plate.cut /run/dir/1-x.cut T\n3 /data/hull.stl /run/dir/2-x.cut F\n"
               "4 C:\\models\\wing.p3d /run/dir/3-x.cut T\n2 fin.cut /run/dir/4-x.cut T\n");
-    EXPECT_EQ(g_vecstrTempFiles,
+    EXPECT_EQ(r.vecstrTempFiles,
               (std::vector<std::string>{"earlier", "/run/dir/1-x.cut", "/run/dir/2-x.cut",
                                         "/run/dir/3-x.cut", "/run/dir/4-x.cut"}));
 }
@@ -128,9 +132,8 @@ TEST(ReadGridFile, DebugLevelConversionFactorAndSolverInputLines) {
          "Solver Input File: \n",
          {true, {1.0f, 1.0f, 1.0f}, ""}}};
     for (const auto& [text, expected] : rows) {
-        g_blnDebug = !std::get<0>(expected);
-        const ReadResult r = ReadProject(text);
-        EXPECT_EQ(std::make_tuple(g_blnDebug, r.conversionFactor, r.strSolverInput), expected)
+        const ReadResult r = ReadProject(text, "/run/dir", "p.Grid", !std::get<0>(expected));
+        EXPECT_EQ(std::make_tuple(r.blnDebug, r.conversionFactor, r.strSolverInput), expected)
             << text;
     }
 }

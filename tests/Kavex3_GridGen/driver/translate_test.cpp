@@ -18,8 +18,8 @@ TEST(TranslateToGlobal, TranslationThatIsNoUsableNumberEndsTheRun) {
         ScratchDir dir;
         std::ofstream(dir / "Lcl2Gbl.dat") << text;
         std::vector<_BodyStruct> bodies;
-        EXPECT_EXIT(TranslateToGlobal(bodies, {1, 1, 1}, dir.Path()), testing::ExitedWithCode(1),
-                    message)
+        const DriverContext run(dir.Path());
+        EXPECT_EXIT(TranslateToGlobal(run, bodies, {1, 1, 1}), testing::ExitedWithCode(1), message)
             << text;
     }
 }

@@ -92,8 +92,9 @@ Zones Ring(double t) {
 }
 
 // A sphere, a disc thinner than a cell at its rim and a tilted ring, over n[a] cells on axis a
-// across -1.4..1.45, finer in the middle.
-void Shapes(const int n[3]) {
+// across -1.4..1.45, finer in the middle; rows along k of more than one word.
+TEST(Identity, Shapes) {
+    const int n[3] = {40, 36, 72};
     std::vector<float> axes[3];
     for (int a = 0; a < 3; ++a)
         for (int c = 0; c <= n[a]; ++c) {
@@ -102,19 +103,6 @@ void Shapes(const int n[3]) {
         }
     const Zones shapes[3] = {Ellipsoid(1), Ellipsoid(0.03), Ring(0.06)};
     for (int s = 0; s < 3; ++s) ExpectSame(axes, shapes[s], "shape " + std::to_string(s));
-}
-
-// Rows along k of more than one word.
-TEST(Identity, Shapes) {
-    const int n[3] = {40, 36, 72};
-    Shapes(n);
-}
-
-// Slow in the literal reading (minutes under the sanitizers): run with
-// --gtest_also_run_disabled_tests.
-TEST(Identity, DISABLED_ShapesLarger) {
-    const int n[3] = {128, 128, 136};
-    Shapes(n);
 }
 
 // Random triangles in three zones over an uneven grid, many of them with vertices exactly on
