@@ -5,10 +5,14 @@
 #include <utility>
 #include <vector>
 
+#include "driver/OutFile.h"
 #include "intersector/IntersectContext.h"
 
 struct DriverContext {
-    explicit DriverContext(std::string strRunDir) : m_strTempDir(std::move(strRunDir)) {}
+    // The intersector's debug dumps go through the run's checked output files.
+    explicit DriverContext(std::string strRunDir) : m_strTempDir(std::move(strRunDir)) {
+        m_intersect.m_fnWriteDump = WriteCheckedFile;
+    }
     DriverContext(const DriverContext&) = delete;
     DriverContext& operator=(const DriverContext&) = delete;
 

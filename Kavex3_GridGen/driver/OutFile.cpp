@@ -54,3 +54,9 @@ void ReplaceFile(const std::string& strFrom, const std::string& strTo) {
     }
     Dorva::RemovePath(strFrom);
 }
+
+void WriteCheckedFile(const std::string& strPath, const std::function<void(std::ostream&)>& write) {
+    OutFile out(strPath);
+    write(out);
+    out.Close();
+}

@@ -5,6 +5,7 @@
 #include <ext/stdio_sync_filebuf.h>
 
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -33,3 +34,7 @@ class OutFile : public std::ostream {
 // Puts the finished file `strFrom` in the place of `strTo` at once: a rename, or where the two are
 // on different filesystems a checked copy beside `strTo`, renamed there.
 void ReplaceFile(const std::string& strFrom, const std::string& strTo);
+
+// Writes one whole file through `write` as a checked output file, renamed over `strPath` when
+// complete; a failure ends the run as OutFile::Close does.
+void WriteCheckedFile(const std::string& strPath, const std::function<void(std::ostream&)>& write);

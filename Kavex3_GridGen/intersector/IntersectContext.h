@@ -4,6 +4,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <ostream>
+#include <string>
 #include <vector>
 
 #include "FEL_vector3.h"
@@ -45,6 +48,10 @@ class IntersectContext {
     // driver's ReadGridFile sets it from the project's "Debug Level" line (the worker's
     // g_blnDebug).
     bool m_blnDebug = false;
+    // Writes one debug dump whole through `write`. The driver hands in its checked output files,
+    // so that a dump cut short ends the run as any other file does; without it, a plain file.
+    std::function<void(const std::string& path, const std::function<void(std::ostream&)>& write)>
+        m_fnWriteDump;
 
     // Cells along i, j, k: the grid's point counts less 1 (what the worker's stages know as
     // g_v3iGridDimensions). Always those of m_gridCells, so there is one source for the grid's

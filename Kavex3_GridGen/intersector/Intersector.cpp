@@ -102,14 +102,23 @@ void WriteZone(std::ostream& out, const std::vector<Triangle*>& tris) {
     }
     for (std::size_t c = 1; c <= 3 * n; ++c) out << c << std::endl;
 }
+
+void WriteDump(IntersectContext& run, const std::string& path,
+               const std::function<void(std::ostream&)>& write) {
+    if (run.m_fnWriteDump) {
+        run.m_fnWriteDump(path, write);
+        return;
+    }
+    std::ofstream out(path, std::ios::out | std::ios::trunc);
+    write(out);
+}
 }  // namespace
 
-void OutputTriangles(std::vector<std::vector<Triangle*>>& lists, std::string path) {
-    std::ofstream out(path, std::ios::out | std::ios::trunc);
+void OutputTriangles(std::vector<std::vector<Triangle*>>& lists, std::ostream& out) {
     for (const auto& l : lists) WriteZone(out, l);
 }
 
-void OutputTriangles(GridCellArray& cells, FEL_vector3<int> dims, std::string path) {
+void OutputTriangles(GridCellArray& cells, FEL_vector3<int> dims, std::ostream& out) {
     std::vector<Triangle*> all;
     for (int i = 0; i < dims[0] - 1; ++i)
         for (int j = 0; j < dims[1] - 1; ++j)
@@ -117,7 +126,6 @@ void OutputTriangles(GridCellArray& cells, FEL_vector3<int> dims, std::string pa
                 TriangleSpan s = cells.Triangles(cells(i, j, k));
                 all.insert(all.end(), s.begin(), s.end());
             }
-    std::ofstream out(path, std::ios::out | std::ios::trunc);
     WriteZone(out, all);
 }
 
@@ -149,7 +157,8 @@ void IntersectZones(IntersectContext& run, std::vector<SurfaceZone>& zones,
         if (run.m_blnDebug) std::cout << "end discrete" << std::endl;
     }
     if (run.m_blnDebug)
-        OutputTriangles(lists, Dorva::FilePath(folder + "//completeTris.dat").Get());
+        WriteDump(run, Dorva::FilePath(folder + "//completeTris.dat").Get(),
+                  [&](std::ostream& out) { OutputTriangles(lists, out); });
     if (cells.Size() > 0) {
         if (reference)
             reference->m_pfnWalk(run, grids);
@@ -158,8 +167,8 @@ void IntersectZones(IntersectContext& run, std::vector<SurfaceZone>& zones,
         CopyOuterLayers(cells);
     }
     if (run.m_blnDebug)
-        OutputTriangles(cells, run.GridDimensions(),
-                        Dorva::FilePath(folder + "//trisglobal.dat").Get());
+        WriteDump(run, Dorva::FilePath(folder + "//trisglobal.dat").Get(),
+                  [&](std::ostream& out) { OutputTriangles(cells, run.GridDimensions(), out); });
 }
 
 void IntersectGrid(IntersectContext& run, FEL_pointer<FEL_mesh> grid,

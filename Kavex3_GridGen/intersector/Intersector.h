@@ -36,5 +36,5 @@ std::size_t IntersectBytesPerCell();
 
 // Debug dumps in Tecplot text: one zone per list; or one zone of the cells' triangles, the last
 // layer of each axis left out.
-void OutputTriangles(std::vector<std::vector<Triangle*>>& lists, std::string path);
-void OutputTriangles(GridCellArray& cells, FEL_vector3<int> dims, std::string path);
+void OutputTriangles(std::vector<std::vector<Triangle*>>& lists, std::ostream& out);
+void OutputTriangles(GridCellArray& cells, FEL_vector3<int> dims, std::ostream& out);

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "FEL_axis_aligned_mesh.h"
 #include "IntersectorTestUtil.h"
 #include "ScratchDir.h"
@@ -44,6 +46,12 @@ TEST_P(Walk, AClosedBoxKeepsItsInsideUnknownAndUntested) {
 TEST_P(Walk, DebugLinesAndDumps) {
     ScratchDir dir;
     run_.m_blnDebug = true;
+    std::string written;  // the dumps go through the run's writer, which the driver checks
+    run_.m_fnWriteDump = [&](const std::string& path, const std::function<void(std::ostream&)>& w) {
+        std::ofstream out(path);
+        w(out);
+        written += path.substr(path.rfind('/') + 1) + " ";
+    };
     FEL_pointer<FEL_mesh> grid(new FEL_regular_mesh(3, 3, 3, 1, 1, 1, "grid"));
     _BodyStruct body, unused;
     body.pMesh = unused.pMesh =
@@ -66,6 +74,7 @@ TEST_P(Walk, DebugLinesAndDumps) {
     TriangleSpan s = cells_.Triangles(cells_(0, 0, 0));
     EXPECT_NE(ReadWholeFile(dir / "trisglobal.dat").find("ZONE N=" + std::to_string(3 * s.size())),
               std::string::npos);
+    EXPECT_EQ(written, "completeTris.dat trisglobal.dat ");
 }
 
 INSTANTIATE_TEST_SUITE_P(FastAndPlain, Walk, ::testing::Values(false, true));
