@@ -29,6 +29,7 @@
 #include "driver/Write.h"
 #include "driver/translate.h"
 #include "generator/gdoutfile.h"
+#include "generator/gdrecords.h"
 #include "intersector/Classify.h"
 #include "intersector/Intersector.h"
 #include "readers/FEL_reader.h"
@@ -98,6 +99,7 @@ static void RunFullPath(char* programName, const std::string& strRunDir, RunFile
     const bool blnMixed = !std::all_of(
         bodies.begin(), bodies.end(), [](const _BodyStruct& b) { return b.eBodyType > BODY_ZCUT; });
     if (blnMixed) HideSurfaceBodiesFromMarking(files.strGrid, bodies);
+    bodyCellsReplaced = !blnMixed;
 
     std::cout << "Begin Grid Generation..." << std::endl;
     GridOffsets offsets;

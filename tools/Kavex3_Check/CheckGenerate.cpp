@@ -104,6 +104,7 @@ void ChildRun(const GeneratorCheck& job) {
         blnSurfaces && !std::all_of(bodies.begin(), bodies.end(),
                                     [](const _BodyStruct& b) { return b.eBodyType > BODY_ZCUT; });
     if (blnMixed) HideSurfaceBodiesFromMarking(strGrid, bodies);
+    bodyCellsReplaced = blnSurfaces && !blnMixed;
 
     double t[3];
     gen_final_grid(strGrid.c_str(), (job.strScratch + "//Lcl2Gbl.dat").c_str(), t);
