@@ -1,7 +1,9 @@
 // Text Plot3D: the header with its double reading of dimensions, and the coordinates of each zone.
 #include "readers/FEL_plot3d_text_reader.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -64,19 +66,55 @@ bool read_header(const char* begin, const char* end, unsigned flags, text_header
     return true;
 }
 
-// x, y and z planes of count nodes into the interleaved array.
-bool read_planes(const char*& p, const char* end, std::int64_t count, FEL_vector3<float>* xyz) {
+// Where a token of the coordinates began and how long it was.
+struct token_span {
+    const char* at = nullptr;
+    std::size_t size = 0;
+};
+
+// A grid's planes repeat their values: x along each row of row_size nodes, y and z in runs. A token
+// with the same bytes as the one it would repeat (the one a row before in x, the one before in y
+// and z) takes that one's value without being converted again: same bytes, same float.
+bool repeats(const char*& p, const char* end, token_span seen) {
+    const std::size_t n = seen.size;
+    if (n == 0 || std::size_t(end - p) < n || std::memcmp(p, seen.at, n) != 0) return false;
+    if (p + n != end && !FEL_is_space(p[n])) return false;
+    p += n;
+    return true;
+}
+
+// x, y and z planes of count nodes into the interleaved array; file, when given, gets back the
+// pages behind the reading as it goes.
+bool read_planes(const char*& p, const char* end, std::int64_t count, FEL_vector3<float>* xyz,
+                 std::int64_t row_size = 0, FEL_mapped_file* file = nullptr) {
+    constexpr std::int64_t kReleaseStep = 1 << 20;  // nodes between two releases
+    constexpr std::ptrdiff_t kKeptBehind = 64 << 20;  // bytes left mapped behind the reading
+    std::vector<token_span> row(std::size_t(std::max<std::int64_t>(row_size, 1)));
+    token_span last;
     for (int c = 0; c < 3; ++c)
-        for (std::int64_t i = 0; i < count; ++i)
+        for (std::int64_t i = 0; i < count; ++i) {
+            while (p != end && FEL_is_space(*p)) ++p;
+            if (file && i % kReleaseStep == 0 && p - file->begin() > kKeptBehind)
+                file->release_before(p - kKeptBehind);
+            token_span& seen = c == 0 && row_size > 0 ? row[std::size_t(i % row_size)] : last;
+            const bool again = c == 0 && row_size > 0 ? i >= row_size : i > 0;
+            if (again && repeats(p, end, seen)) {
+                xyz[i][c] = c == 0 ? xyz[i - row_size][c] : xyz[i - 1][c];
+                continue;
+            }
+            const char* at = p;
             if (!FEL_scan_plain_float(p, end, &xyz[i][c]) && !FEL_scan_float(p, end, &xyz[i][c]))
                 return false;
+            seen = {at, std::size_t(p - at)};
+        }
     return true;
 }
 
 // One zone's nodes, from the coordinates a failed read left at this very place if there are any.
 std::unique_ptr<FEL_vector3<float>[]> zone_coordinates(const std::string& path, const char* begin,
                                                        const char*& p, const char* end,
-                                                       std::int64_t count) {
+                                                       std::int64_t count, std::int64_t row_size,
+                                                       FEL_mapped_file* file) {
     const std::size_t start = static_cast<std::size_t>(p - begin);
     if (kept.xyz && kept.path == path && kept.start == start && kept.count == count &&
         kept.file_size == end - begin) {
@@ -84,7 +122,7 @@ std::unique_ptr<FEL_vector3<float>[]> zone_coordinates(const std::string& path, 
         return std::move(kept.xyz);
     }
     std::unique_ptr<FEL_vector3<float>[]> xyz(new FEL_vector3<float>[count]);
-    if (!read_planes(p, end, count, xyz.get())) return nullptr;
+    if (!read_planes(p, end, count, xyz.get(), row_size, file)) return nullptr;
     return xyz;
 }
 
@@ -173,7 +211,7 @@ FEL_pointer<FEL_mesh> FEL_plot3d_read_fortran_formatted_mesh(const std::string& 
         const std::int64_t count = std::int64_t(d[0]) * d[1] * d[2];
         if (count > INT32_MAX) fail(path, "Problem reading coordinates", __LINE__);
         const std::size_t start = static_cast<std::size_t>(p - begin);
-        std::unique_ptr<FEL_vector3<float>[]> xyz = zone_coordinates(path, begin, p, end, count);
+        std::unique_ptr<FEL_vector3<float>[]> xyz = zone_coordinates(path, begin, p, end, count, d[0], &file);
         if (!xyz) fail(path, "Problem reading coordinates", __LINE__);
         const std::size_t after = static_cast<std::size_t>(p - begin);
         std::unique_ptr<int[]> blanks(iblank ? new int[count] : nullptr);
