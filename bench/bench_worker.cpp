@@ -3,7 +3,8 @@
 // its log as they appear), the peak resident memory in bytes a cell, and the floor: the time to
 // copy the run's final grid file twice beside it, in the same filesystem, measured in the same
 // sitting; the run's ratio to that floor is what the worker costs beyond moving its bytes.
-//   bench_worker WORKER BODY.stl [CORE_CELLS=200] [OUTER_CELLS=28] [THREADS=0] [PARENT_DIR=/dev/shm]
+//   bench_worker WORKER BODY.stl [CORE_CELLS=200] [OUTER_CELLS=28] [THREADS=0]
+//   [PARENT_DIR=/dev/shm]
 // THREADS pins the worker to that many cores (0: all); the run directory is made in PARENT_DIR.
 // Each axis gets OUTER_CELLS graded cells over half the body's length before and after it and
 // CORE_CELLS uniform cells across it, plus the generator's two end cells: with the defaults about
@@ -68,7 +69,9 @@ double GridCells(const std::string& path) {
 
 int main(int argc, char** argv) {
     if (argc < 3) {
-        std::fprintf(stderr, "usage: %s WORKER BODY.stl [CORE_CELLS] [OUTER_CELLS] [THREADS] [PARENT_DIR]\n", argv[0]);
+        std::fprintf(
+            stderr, "usage: %s WORKER BODY.stl [CORE_CELLS] [OUTER_CELLS] [THREADS] [PARENT_DIR]\n",
+            argv[0]);
         return 2;
     }
     // The worker runs in the run directory: both names are made absolute first.

@@ -87,7 +87,7 @@ bool repeats(const char*& p, const char* end, token_span seen) {
 // pages behind the reading as it goes.
 bool read_planes(const char*& p, const char* end, std::int64_t count, FEL_vector3<float>* xyz,
                  std::int64_t row_size = 0, FEL_mapped_file* file = nullptr) {
-    constexpr std::int64_t kReleaseStep = 1 << 20;  // nodes between two releases
+    constexpr std::int64_t kReleaseStep = 1 << 20;    // nodes between two releases
     constexpr std::ptrdiff_t kKeptBehind = 64 << 20;  // bytes left mapped behind the reading
     std::vector<token_span> row(std::size_t(std::max<std::int64_t>(row_size, 1)));
     token_span last;
@@ -211,7 +211,8 @@ FEL_pointer<FEL_mesh> FEL_plot3d_read_fortran_formatted_mesh(const std::string& 
         const std::int64_t count = std::int64_t(d[0]) * d[1] * d[2];
         if (count > INT32_MAX) fail(path, "Problem reading coordinates", __LINE__);
         const std::size_t start = static_cast<std::size_t>(p - begin);
-        std::unique_ptr<FEL_vector3<float>[]> xyz = zone_coordinates(path, begin, p, end, count, d[0], &file);
+        std::unique_ptr<FEL_vector3<float>[]> xyz =
+            zone_coordinates(path, begin, p, end, count, d[0], &file);
         if (!xyz) fail(path, "Problem reading coordinates", __LINE__);
         const std::size_t after = static_cast<std::size_t>(p - begin);
         std::unique_ptr<int[]> blanks(iblank ? new int[count] : nullptr);
