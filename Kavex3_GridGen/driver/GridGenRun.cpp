@@ -107,7 +107,7 @@ static void RunFullPath(char* programName, const std::string& strRunDir, RunFile
                              &offsets.dblY, &offsets.dblZ);
     std::cout << "Reading KX3.grid.dat..." << std::endl;
     unsigned intFlags = 0;
-    FEL_pointer<FEL_mesh> grid = FEL_read_mesh(strGridFile, intFlags, -1);
+    FEL_pointer<FEL_mesh> grid = GridAsAxes(FEL_read_mesh(strGridFile, intFlags, -1));
     std::cout << "Translate bodies..." << std::endl;
     TranslateToGlobal(bodies, conversionFactor, strRunDir);
     std::cout << "Writing translated bodies..." << std::endl;

@@ -11,7 +11,6 @@
 #include <string>
 #include <vector>
 
-#include "FEL_curvilinear_mesh.h"
 #include "ScratchDir.h"
 #include "driver/Write.h"
 #include "generator/gdcheck.h"
@@ -55,14 +54,19 @@ std::vector<float> PlainRead(const std::string& text) {
     return v;
 }
 
-// What the reader's mesh holds, in the file's order: all x, all y, all z.
+// What a mesh holds, in the file's order: all x, all y, all z.
 std::vector<float> MeshValues(FEL_pointer<FEL_mesh> mesh) {
-    const auto* grid = dynamic_cast<const FEL_curvilinear_mesh*>(mesh.get());
     int n[3];
     mesh->get_structured_dimensions(n);
     std::vector<float> v;
     for (int a = 0; a < 3; ++a)
-        for (int node = 0; node < n[0] * n[1] * n[2]; ++node) v.push_back(grid->node(node)[a]);
+        for (int k = 0; k < n[2]; ++k)
+            for (int j = 0; j < n[1]; ++j)
+                for (int i = 0; i < n[0]; ++i) {
+                    FEL_vector3<float> p;
+                    mesh->coordinates_at_vertex_cell(FEL_vertex_cell(i, j, k), &p);
+                    v.push_back(p[a]);
+                }
     return v;
 }
 
@@ -105,21 +109,26 @@ TEST(GridFile, WritersAndReaderMatchThePlainFormattingAndReading) {
             EXPECT_EQ(grid_file_size(translation, t, n, pts),
                       (long long)ReadWholeFile(path).size());
 
-            // The run reads back the form without translation, then rewrites it blanked (the
-            // solver's form, never read back): each against the plain way.
+            // The run reads back the form without translation, holds it as axes, then rewrites
+            // it blanked (the solver's form, never read back): each against the plain way.
             if (translation) continue;
             unsigned flags = 0;
             FEL_pointer<FEL_mesh> mesh = FEL_read_mesh(path, flags, -1);
             const std::vector<float> plain = PlainRead(text);
             ASSERT_EQ(MeshValues(mesh), plain);
-            std::vector<FEL_vector3<int>> cells = {{2, 1, 1}, {1, 1, 1}};
-            OutputIBlankedGrid(path, mesh, cells, true, true, 1.5, -0.25, 1e-7);
+            FEL_pointer<FEL_mesh> held = GridAsAxes(mesh);
+            ASSERT_NE(held.get(), mesh.get());
+            ASSERT_EQ(MeshValues(held), plain);
             std::string blanked = "# 1.5 -0.25 1e-07\n" + dims;
             for (float v : plain) blanked += Fmt(" %.5f", v);
             blanked +=
                 "\n# Num. of Body Cells: \n2\n# Body Cells ({I-index, J-index, K-index} of "
                 "the cells)\n1, 1, 1\n2, 1, 1\n";
-            ASSERT_EQ(ReadWholeFile(path), blanked);
+            std::vector<FEL_vector3<int>> cells = {{2, 1, 1}, {1, 1, 1}};
+            for (FEL_pointer<FEL_mesh> grid : {mesh, held}) {
+                OutputIBlankedGrid(path, grid, cells, true, true, 1.5, -0.25, 1e-7);
+                ASSERT_EQ(ReadWholeFile(path), blanked);
+            }
         }
 }
 
