@@ -100,17 +100,22 @@ bool read_planes(const char*& p, const char* end, std::int64_t count, FEL_vector
                  std::int64_t row_size = 0, FEL_mapped_file* file = nullptr) {
     constexpr std::int64_t kReleaseStep = 1 << 19;   // nodes between two releases
     constexpr std::ptrdiff_t kKeptBehind = 8 << 20;  // bytes left mapped behind the reading
-    std::vector<token_span> row(std::size_t(std::max<std::int64_t>(row_size, 1)));
+    // With a row size the x plane repeats each row; the column runs beside i so that the loop
+    // divides nothing.
+    const bool rows = row_size > 0;
+    std::vector<token_span> row(std::size_t(rows ? row_size : 1));
     token_span last;
     for (int c = 0; c < 3; ++c)
-        for (std::int64_t i = 0; i < count; ++i) {
+        for (std::int64_t i = 0, column = 0; i < count; ++i) {
             while (p != end && FEL_is_space(*p)) ++p;
-            if (file && i % kReleaseStep == 0 && p - file->begin() > kKeptBehind)
+            if (file && (i & (kReleaseStep - 1)) == 0 && p - file->begin() > kKeptBehind)
                 file->release_before(p - kKeptBehind);
-            token_span& seen = c == 0 && row_size > 0 ? row[std::size_t(i % row_size)] : last;
-            const bool again = c == 0 && row_size > 0 ? i >= row_size : i > 0;
+            const bool by_row = c == 0 && rows;
+            token_span& seen = by_row ? row[std::size_t(column)] : last;
+            if (by_row && ++column == row_size) column = 0;
+            const bool again = by_row ? i >= row_size : i > 0;
             if (again && repeats(p, end, seen)) {
-                xyz[i][c] = c == 0 ? xyz[i - row_size][c] : xyz[i - 1][c];
+                xyz[i][c] = by_row ? xyz[i - row_size][c] : xyz[i - 1][c];
                 continue;
             }
             const char* at = p;
