@@ -1,16 +1,15 @@
-// The grid file both ways: the generator's and the blanked grid's writers and the mesh reader's
-// shortcuts (values formatted once, repeated tokens not converted again) against plain per-value
-// formatting and reading; and the sizes of the largest grid the worker accepts.
+// The grid file both ways: the generator's and the blanked grid's writers (values formatted once),
+// the reader (repeated tokens not converted again) and the grid held as axes, against plain
+// per-value formatting and reading; and the sizes of the largest grid the worker accepts.
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "FEL_axis_aligned_mesh.h"
 #include "ScratchDir.h"
 #include "driver/Write.h"
 #include "generator/gdcheck.h"
@@ -20,53 +19,23 @@
 
 namespace {
 
-enum Shape { GRADED, LAYERED, SYMMETRIC, MIDPOINTS };
+enum Shape { GRADED, LAYERED, SYMMETRIC, MIDPOINTS, ODD };
 
-// One axis of n values, ascending: graded widths; layers with zero-width cells and runs of equal
-// values; mirrored about 0 with values that print as "-0.00000"; odd multiples of 1/64, whose
-// sixth decimal is a 5 that "%.5f" must round exactly.
+// One axis: graded widths; layers with zero-width cells and runs of equal values; mirrored about 0
+// with values that print as "-0.00000"; odd multiples of 1/64, whose sixth decimal is a 5 that
+// "%.5f" must round exactly (as floats too); odd values, unordered.
 std::vector<double> Axis(Shape shape, int n, std::mt19937& rng) {
     std::uniform_real_distribution<double> u(0.0, 1.0);
     std::vector<double> v(n);
-    double x = (u(rng) - 0.5) * 1e4, w = u(rng) + 1e-3;
-    const double r = 0.8 + 0.4 * u(rng);
-    for (int i = 0; i < n; ++i, x += w, w *= r) v[i] = x;
-    if (shape == LAYERED)
-        for (int i = 1; i < n; ++i)
-            if (i == 1 || i == n - 1 || u(rng) < 0.3) v[i] = v[i - 1];
-    if (shape == SYMMETRIC)
-        for (int i = 0; i < n; ++i)
-            v[i] = (2.0 * i - (n - 1)) * (u(rng) < 0.2 ? 1e-6 : std::fabs(w) + 0.1);
-    if (shape == MIDPOINTS)
-        for (int i = 0; i < n; ++i) v[i] = (2 * (i + std::lround(u(rng) * 1e6)) + 1) / 64.0;
-    return v;
-}
-
-// The plain reading: every number after the dimension line converted on its own, as "%f" does.
-std::vector<float> PlainRead(const std::string& text) {
-    const char* p = text.c_str() + text.find('\n', text.find('\n') + 1) + 1;
-    std::vector<float> v;
-    for (char* end;; p = end) {
-        const float f = std::strtof(p, &end);
-        if (end == p) break;
-        v.push_back(f);
-    }
-    return v;
-}
-
-// What a mesh holds, in the file's order: all x, all y, all z.
-std::vector<float> MeshValues(FEL_pointer<FEL_mesh> mesh) {
-    int n[3];
-    mesh->get_structured_dimensions(n);
-    std::vector<float> v;
-    for (int a = 0; a < 3; ++a)
-        for (int k = 0; k < n[2]; ++k)
-            for (int j = 0; j < n[1]; ++j)
-                for (int i = 0; i < n[0]; ++i) {
-                    FEL_vector3<float> p;
-                    mesh->coordinates_at_vertex_cell(FEL_vertex_cell(i, j, k), &p);
-                    v.push_back(p[a]);
-                }
+    double x = (u(rng) - 0.5) * 1e4, w = u(rng) + 1e-3, r = 0.8 + 0.4 * u(rng);
+    const long m = std::lround(u(rng) * 1e6);
+    const double odd[] = {-3.0, -1e-7, 0.123456789, 12345678.9, 1e20, -0.000005, 2.5};
+    for (int i = 0; i < n; ++i, x += w, w *= r)
+        v[i] = shape == SYMMETRIC   ? (2.0 * i - (n - 1)) * (u(rng) < 0.2 ? 1e-6 : w + 0.1)
+               : shape == MIDPOINTS ? (2 * (i + m) + 1) / 64.0
+               : shape == ODD       ? odd[i % 7]
+               : shape == LAYERED && i > 0 && (i == 1 || i == n - 1 || u(rng) < 0.3) ? v[i - 1]
+                                                                                     : x;
     return v;
 }
 
@@ -76,14 +45,40 @@ std::string Fmt(const char* format, double v) {
     return s;
 }
 
+// The plain reading: every number after the dimension line converted on its own, as "%f" does.
+std::vector<float> PlainRead(const std::string& text) {
+    const char* p = text.c_str() + text.find('\n', text.find('\n') + 1) + 1;
+    std::vector<float> v;
+    for (char* end;; p = end) {
+        const float f = std::strtof(p, &end);
+        if (end == p) return v;
+        v.push_back(f);
+    }
+}
+
+// What a mesh holds, in the file's order: all x, all y, all z.
+std::vector<float> MeshValues(FEL_pointer<FEL_mesh> mesh) {
+    int n[3];
+    mesh->get_structured_dimensions(n);
+    std::vector<float> v;
+    FEL_vector3<float> p;
+    for (int a = 0; a < 3; ++a)
+        for (int k = 0; k < n[2]; ++k)
+            for (int j = 0; j < n[1]; ++j)
+                for (int i = 0; i < n[0]; ++i)
+                    if (mesh->coordinates_at_vertex_cell(FEL_vertex_cell(i, j, k), &p))
+                        v.push_back(p[a]);
+    return v;
+}
+
 }  // namespace
 
-TEST(GridFile, WritersAndReaderMatchThePlainFormattingAndReading) {
-    const Shape shapes[] = {GRADED, LAYERED, SYMMETRIC, MIDPOINTS};
+TEST(GridFile, WritersReaderAndAxesMatchThePlainFormattingAndReading) {
     std::mt19937 rng(20);
     ScratchDir dir;
-    for (int round = 0; round < 8; ++round)
-        for (Shape shape : shapes) {
+    const std::string path = dir / "KX3.grid.dat";
+    for (int round = 0; round < 10; ++round)
+        for (Shape shape : {GRADED, LAYERED, SYMMETRIC, MIDPOINTS, ODD}) {
             SCOPED_TRACE("shape " + std::to_string(shape) + " round " + std::to_string(round));
             const int n[3] = {2 + int(rng() % 30), 2 + int(rng() % 30), 2 + int(rng() % 30)};
             std::vector<double> axes[3];
@@ -91,68 +86,71 @@ TEST(GridFile, WritersAndReaderMatchThePlainFormattingAndReading) {
             const double* pts[3] = {axes[0].data(), axes[1].data(), axes[2].data()};
             const double t[3] = {1.5, -0.25, 1e-7};
             const bool translation = round % 2;
-            const std::string path = dir / "KX3.grid.dat";
             FILE* file = std::fopen(path.c_str(), "w");
             wr_grid_file(file, translation, t, n, pts);
             std::fclose(file);
-
-            // The generator's form, formatted value by value.
-            const std::string dims = std::to_string(n[0]) + ' ' + std::to_string(n[1]) + ' ' +
-                                     std::to_string(n[2]) + '\n';
+            const std::string dims = Fmt("%.0f ", n[0]) + Fmt("%.0f ", n[1]) + Fmt("%.0f\n", n[2]);
             std::string text = (translation ? "# 1.500000 -0.250000 0.000000\n" : "\n") + dims;
             for (int a = 0; a < 3; ++a)
-                for (int k = 0; k < n[2]; ++k)
-                    for (int j = 0; j < n[1]; ++j)
-                        for (int i = 0; i < n[0]; ++i)
-                            text += Fmt(" %12.5f", axes[a][a == 0 ? i : a == 1 ? j : k]);
+                for (int node = 0; node < n[0] * n[1] * n[2]; ++node)
+                    text += Fmt(" %12.5f", axes[a][a == 0   ? node % n[0]
+                                                   : a == 1 ? node / n[0] % n[1]
+                                                            : node / n[0] / n[1]]);
             ASSERT_EQ(ReadWholeFile(path), text + "\n# Num. of Body Cells:\n0\n");
-            EXPECT_EQ(grid_file_size(translation, t, n, pts),
-                      (long long)ReadWholeFile(path).size());
+            EXPECT_EQ(grid_file_size(translation, t, n, pts), (long long)(text.size() + 25));
+            if (translation) continue;  // the run reads back only the form without it
 
-            // The run reads back the form without translation, holds it as axes, then rewrites
-            // it blanked (the solver's form, never read back): each against the plain way.
-            if (translation) continue;
             unsigned flags = 0;
             FEL_pointer<FEL_mesh> mesh = FEL_read_mesh(path, flags, -1);
-            const std::vector<float> plain = PlainRead(text);
+            std::vector<float> plain = PlainRead(text);
             ASSERT_EQ(MeshValues(mesh), plain);
             FEL_pointer<FEL_mesh> held = GridAsAxes(mesh);
             ASSERT_NE(held.get(), mesh.get());
-            ASSERT_EQ(MeshValues(held), plain);
-            std::string blanked = "# 1.5 -0.25 1e-07\n" + dims;
-            for (float v : plain) blanked += Fmt(" %.5f", v);
-            blanked +=
-                "\n# Num. of Body Cells: \n2\n# Body Cells ({I-index, J-index, K-index} of "
-                "the cells)\n1, 1, 1\n2, 1, 1\n";
-            std::vector<FEL_vector3<int>> cells = {{2, 1, 1}, {1, 1, 1}};
-            for (FEL_pointer<FEL_mesh> grid : {mesh, held}) {
+            // Midpoints as floats as well: the blanked grid formats the floats it holds.
+            float* f[3];
+            for (int a = 0; a < 3; ++a) {
+                f[a] = new float[n[a]];
+                for (int i = 0; i < n[a]; ++i) f[a][i] = float(axes[a][i]);
+            }
+            FEL_pointer<FEL_mesh> floats(new FEL_axis_aligned_mesh(
+                new FEL_irregular_axis(n[0], f[0]), new FEL_irregular_axis(n[1], f[1]),
+                new FEL_irregular_axis(n[2], f[2]), "floats"));
+            for (FEL_pointer<FEL_mesh> grid : {mesh, held, floats}) {
+                if (grid.get() == floats.get()) plain = MeshValues(floats);
+                ASSERT_EQ(MeshValues(grid), plain);
+                std::vector<FEL_vector3<int>> cells = {{2, 1, 1}, {1, 1, 1}};
                 OutputIBlankedGrid(path, grid, cells, true, true, 1.5, -0.25, 1e-7);
-                ASSERT_EQ(ReadWholeFile(path), blanked);
+                std::string blanked = "# 1.5 -0.25 1e-07\n" + dims;
+                for (float v : plain) blanked += Fmt(" %.5f", v);
+                ASSERT_EQ(ReadWholeFile(path),
+                          blanked +
+                              "\n# Num. of Body Cells: \n2\n# Body Cells ({I-index, "
+                              "J-index, K-index} of the cells)\n1, 1, 1\n2, 1, 1\n");
             }
         }
 }
 
-// Largest accepted grid: 32767 cells on two axes (32768 points) and as many points on the third as
-// keep the count within the mesh library's 2^31 - 1. Sizes past 2^31 must be exact; counts that
-// can pass it must be held in 64 bits.
-TEST(GridFile, SizesOfTheLargestAcceptedGridPassTwoToTheThirtyFirstExactly) {
-    const int n[3] = {int(kMaxAxisCells + 1), int(kMaxAxisCells + 1),
-                      int(kMaxGridPoints / ((kMaxAxisCells + 1) * (kMaxAxisCells + 1)))};
+// The largest accepted grids: 32768 x 32767 x 2 points, whose file passes 2^31 bytes and must be
+// sized exactly; 1290^3 points, whose cells two overlapping bodies may block more than 2^31 times.
+TEST(GridFile, SizesOfTheLargestAcceptedGridsPassTwoToTheThirtyFirst) {
+    const int n[3] = {int(kMaxAxisCells + 1), int(kMaxAxisCells), 2};
     const long long points = (long long)n[0] * n[1] * n[2];
     ASSERT_LE(points, kMaxGridPoints);
     std::vector<double> axes[3];
-    long long expected = 1 + std::snprintf(nullptr, 0, "%d %d %d\n", n[0], n[1], n[2]) +
-                         std::string("\n# Num. of Body Cells:\n0\n").size();
-    for (int a = 0; a < 3; ++a) {
-        for (int i = 0; i < n[a]; ++i) axes[a].push_back(i * 1e3);  // " %12.5f" of 13 to 18 bytes
-        for (double v : axes[a]) expected += (long long)Fmt(" %12.5f", v).size() * (points / n[a]);
-    }
+    long long size = std::string("\n32768 32767 2\n\n# Num. of Body Cells:\n0\n").size();
+    for (int a = 0; a < 3; ++a)
+        for (int i = 0; i < n[a]; ++i) {
+            axes[a].push_back(i * 1e3);  // " %12.5f" of 13 to 18 bytes
+            size += (long long)Fmt(" %12.5f", i * 1e3).size() * (points / n[a]);
+        }
     const double* pts[3] = {axes[0].data(), axes[1].data(), axes[2].data()};
     const double t[3] = {0, 0, 0};
-    EXPECT_GT(expected, 40LL << 30);
-    EXPECT_EQ(grid_file_size(false, t, n, pts), expected);
+    EXPECT_GT(size, 40LL << 30);
+    EXPECT_EQ(grid_file_size(false, t, n, pts), size);
 
-    // Each body may block every cell, and bodies overlap: two bodies pass 2^31 cells.
-    const double twoBodies = 2.0 * (n[0] - 1) * (n[1] - 1) * (n[2] - 1);
-    EXPECT_GE(double(std::numeric_limits<decltype(nBodyCells)>::max()), twoBodies);
+    const long long c = 1290;
+    ASSERT_LE(c * c * c, kMaxGridPoints);
+    const double blocked = 2.0 * (c - 1) * (c - 1) * (c - 1);
+    EXPECT_GT(blocked, double(std::numeric_limits<int>::max()));
+    EXPECT_GE(double(std::numeric_limits<decltype(nBodyCells)>::max()), blocked);
 }
