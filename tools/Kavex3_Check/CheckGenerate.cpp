@@ -33,8 +33,9 @@ namespace Dorva {
 namespace {
 
 // Peak resident memory of a run per grid cell: 300 MB for the 17.2 million cells of a
-// million-facet sphere on 258^3 cells (the intersector's cells and the grid's nodes while it is read
-// back dominate; the body adds about 6 bytes a cell here, so 102.5 million cells take 12.6 each).
+// million-facet sphere on 258^3 cells (the intersector's cells and the grid's nodes while it is
+// read back dominate; the body adds about 6 bytes a cell here, so 102.5 million cells take 12.6
+// each).
 constexpr double kRunBytesPerCell = 18.3;
 
 int s_intReport = -1;  // the child's end of the result pipe
