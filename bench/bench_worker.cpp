@@ -1,10 +1,16 @@
 // A timed run of the whole worker on one STL body: writes a project around the body, runs the
 // executable in a fresh run directory, and reports the wall time of each stage (from the lines of
-// its log as they appear) and the peak resident memory.
-//   bench_worker WORKER BODY.stl [CORE_CELLS=200] [OUTER_CELLS=28]
+// its log as they appear), the peak resident memory in bytes a cell, and the floor: the time to
+// copy the run's final grid file twice beside it, in the same filesystem, measured in the same
+// sitting; the run's ratio to that floor is what the worker costs beyond moving its bytes.
+//   bench_worker WORKER BODY.stl [CORE_CELLS=200] [OUTER_CELLS=28] [THREADS=0]
+//   [PARENT_DIR=/dev/shm]
+// THREADS pins the worker to that many cores (0: all); the run directory is made in PARENT_DIR.
 // Each axis gets OUTER_CELLS graded cells over half the body's length before and after it and
 // CORE_CELLS uniform cells across it, plus the generator's two end cells: with the defaults about
 // 258^3 cells.
+#include <fcntl.h>
+#include <sched.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -36,11 +42,36 @@ std::string Project(const std::string& body, int core, int outer) {
     return text;
 }
 
+// Copies a file to a new one with plain reads and writes of 1 MB; the seconds it took.
+double TimedCopy(const std::string& from, const std::string& to) {
+    const auto start = std::chrono::steady_clock::now();
+    const int in = open(from.c_str(), O_RDONLY);
+    const int out = open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    std::vector<char> buffer(1 << 20);
+    for (ssize_t got; in >= 0 && out >= 0 && (got = read(in, buffer.data(), buffer.size())) > 0;)
+        if (write(out, buffer.data(), got) != got) break;
+    if (in >= 0) close(in);
+    if (out >= 0) close(out);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// Cells of the grid file's dimension line (its second line: points per axis).
+double GridCells(const std::string& path) {
+    std::ifstream grid(path);
+    std::string first;
+    std::getline(grid, first);
+    double ni = 0, nj = 0, nk = 0;
+    grid >> ni >> nj >> nk;
+    return (ni - 1) * (nj - 1) * (nk - 1);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     if (argc < 3) {
-        std::fprintf(stderr, "usage: %s WORKER BODY.stl [CORE_CELLS] [OUTER_CELLS]\n", argv[0]);
+        std::fprintf(
+            stderr, "usage: %s WORKER BODY.stl [CORE_CELLS] [OUTER_CELLS] [THREADS] [PARENT_DIR]\n",
+            argv[0]);
         return 2;
     }
     // The worker runs in the run directory: both names are made absolute first.
@@ -51,8 +82,12 @@ int main(int argc, char** argv) {
             return 1;
         }
     }
-    char pattern[] = "/tmp/bench_worker_XXXXXX";
-    if (!mkdtemp(pattern)) return 1;
+    const int threads = argc > 5 ? std::atoi(argv[5]) : 0;
+    std::string pattern = std::string(argc > 6 ? argv[6] : "/dev/shm") + "/bench_worker_XXXXXX";
+    if (!mkdtemp(pattern.data())) {
+        std::perror(pattern.c_str());
+        return 1;
+    }
     const std::string dir = pattern;
     std::ofstream(dir + "/bench.Grid")
         << Project(body, argc > 3 ? std::atoi(argv[3]) : 200, argc > 4 ? std::atoi(argv[4]) : 28);
@@ -62,6 +97,12 @@ int main(int argc, char** argv) {
     const pid_t pid = fork();
     if (pid == 0) {
         if (chdir(dir.c_str()) != 0) _exit(120);
+        if (threads > 0) {
+            cpu_set_t cores;
+            CPU_ZERO(&cores);
+            for (int c = 0; c < threads; ++c) CPU_SET(c, &cores);
+            if (sched_setaffinity(0, sizeof cores, &cores) != 0) _exit(121);
+        }
         execl(worker, worker, "-Grid", (dir + "/bench.Grid").c_str(), "-SlvrRot",
               (dir + "/bench.SlvrRot").c_str(), "-pth", dir.c_str(), static_cast<char*>(nullptr));
         _exit(122);
@@ -92,8 +133,14 @@ int main(int argc, char** argv) {
         const double until = l + 1 < lines.size() ? lines[l + 1].second : total;
         std::printf("%-40.40s %9.2f\n", lines[l].first.c_str(), until - lines[l].second);
     }
-    std::printf("%-40s %9.2f\n%-40s %9.0f\n%-40s %9d\n", "total", total, "peak resident MB",
-                usage.ru_maxrss / 1024.0, "exit status",
+    const std::string grid = dir + "/KX3.grid.dat";
+    const double floor = TimedCopy(grid, grid + ".copy1") + TimedCopy(grid, grid + ".copy2");
+    const double cells = GridCells(grid);
+    std::printf("%-40s %9.2f\n%-40s %9.2f\n%-40s %9.1f\n", "total", total,
+                "floor (two copies of the grid file)", floor, "ratio total/floor", total / floor);
+    std::printf("%-40s %9.0f\n%-40s %9.0f\n%-40s %9.1f\n%-40s %9d\n", "cells", cells,
+                "peak resident MB", usage.ru_maxrss / 1024.0, "peak bytes a cell",
+                usage.ru_maxrss * 1024.0 / cells, "exit status",
                 WIFEXITED(status) ? WEXITSTATUS(status) : -1);
     std::system(("rm -rf " + dir).c_str());
     return 0;

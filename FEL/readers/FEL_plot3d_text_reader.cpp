@@ -1,7 +1,9 @@
 // Text Plot3D: the header with its double reading of dimensions, and the coordinates of each zone.
 #include "readers/FEL_plot3d_text_reader.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -64,19 +66,71 @@ bool read_header(const char* begin, const char* end, unsigned flags, text_header
     return true;
 }
 
-// x, y and z planes of count nodes into the interleaved array.
-bool read_planes(const char*& p, const char* end, std::int64_t count, FEL_vector3<float>* xyz) {
+// Where a token of the coordinates began and how long it was.
+struct token_span {
+    const char* at = nullptr;
+    std::size_t size = 0;
+};
+
+// A grid's planes repeat their values: x along each row of row_size nodes, y and z in runs. A token
+// with the same bytes as the one it would repeat (the one a row before in x, the one before in y
+// and z) takes that one's value without being converted again: same bytes, same float.
+bool repeats(const char*& p, const char* end, token_span seen) {
+    const std::size_t n = seen.size;
+    if (n == 0 || std::size_t(end - p) < n) return false;
+    if (n <= 16 && end - p >= 16) {
+        // Tokens are a dozen bytes: two 8-byte words (seen lies before p) beat a call of memcmp.
+        std::uint64_t a[2], b[2];
+        std::memcpy(a, p, 16);
+        std::memcpy(b, seen.at, 16);
+        const std::uint64_t low = n >= 8 ? ~0ull : (1ull << (8 * n)) - 1;
+        const std::uint64_t high = n <= 8 ? 0 : n == 16 ? ~0ull : (1ull << (8 * (n - 8))) - 1;
+        if (((a[0] ^ b[0]) & low) | ((a[1] ^ b[1]) & high)) return false;
+    } else if (std::memcmp(p, seen.at, n) != 0) {
+        return false;
+    }
+    if (p + n != end && !FEL_is_space(p[n])) return false;
+    p += n;
+    return true;
+}
+
+// x, y and z planes of count nodes into the interleaved array; file, when given, gets back the
+// pages behind the reading as it goes.
+bool read_planes(const char*& p, const char* end, std::int64_t count, FEL_vector3<float>* xyz,
+                 std::int64_t row_size = 0, FEL_mapped_file* file = nullptr) {
+    constexpr std::int64_t kReleaseStep = 1 << 19;   // nodes between two releases
+    constexpr std::ptrdiff_t kKeptBehind = 8 << 20;  // bytes left mapped behind the reading
+    // With a row size the x plane repeats each row; the column runs beside i so that the loop
+    // divides nothing.
+    const bool rows = row_size > 0;
+    std::vector<token_span> row(std::size_t(rows ? row_size : 1));
+    token_span last;
     for (int c = 0; c < 3; ++c)
-        for (std::int64_t i = 0; i < count; ++i)
+        for (std::int64_t i = 0, column = 0; i < count; ++i) {
+            while (p != end && FEL_is_space(*p)) ++p;
+            if (file && (i & (kReleaseStep - 1)) == 0 && p - file->begin() > kKeptBehind)
+                file->release_before(p - kKeptBehind);
+            const bool by_row = c == 0 && rows;
+            token_span& seen = by_row ? row[std::size_t(column)] : last;
+            if (by_row && ++column == row_size) column = 0;
+            const bool again = by_row ? i >= row_size : i > 0;
+            if (again && repeats(p, end, seen)) {
+                xyz[i][c] = by_row ? xyz[i - row_size][c] : xyz[i - 1][c];
+                continue;
+            }
+            const char* at = p;
             if (!FEL_scan_plain_float(p, end, &xyz[i][c]) && !FEL_scan_float(p, end, &xyz[i][c]))
                 return false;
+            seen = {at, std::size_t(p - at)};
+        }
     return true;
 }
 
 // One zone's nodes, from the coordinates a failed read left at this very place if there are any.
 std::unique_ptr<FEL_vector3<float>[]> zone_coordinates(const std::string& path, const char* begin,
                                                        const char*& p, const char* end,
-                                                       std::int64_t count) {
+                                                       std::int64_t count, std::int64_t row_size,
+                                                       FEL_mapped_file* file) {
     const std::size_t start = static_cast<std::size_t>(p - begin);
     if (kept.xyz && kept.path == path && kept.start == start && kept.count == count &&
         kept.file_size == end - begin) {
@@ -84,7 +138,7 @@ std::unique_ptr<FEL_vector3<float>[]> zone_coordinates(const std::string& path, 
         return std::move(kept.xyz);
     }
     std::unique_ptr<FEL_vector3<float>[]> xyz(new FEL_vector3<float>[count]);
-    if (!read_planes(p, end, count, xyz.get())) return nullptr;
+    if (!read_planes(p, end, count, xyz.get(), row_size, file)) return nullptr;
     return xyz;
 }
 
@@ -173,7 +227,8 @@ FEL_pointer<FEL_mesh> FEL_plot3d_read_fortran_formatted_mesh(const std::string& 
         const std::int64_t count = std::int64_t(d[0]) * d[1] * d[2];
         if (count > INT32_MAX) fail(path, "Problem reading coordinates", __LINE__);
         const std::size_t start = static_cast<std::size_t>(p - begin);
-        std::unique_ptr<FEL_vector3<float>[]> xyz = zone_coordinates(path, begin, p, end, count);
+        std::unique_ptr<FEL_vector3<float>[]> xyz =
+            zone_coordinates(path, begin, p, end, count, d[0], &file);
         if (!xyz) fail(path, "Problem reading coordinates", __LINE__);
         const std::size_t after = static_cast<std::size_t>(p - begin);
         std::unique_ptr<int[]> blanks(iblank ? new int[count] : nullptr);

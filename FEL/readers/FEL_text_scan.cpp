@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdio>
 #include <sstream>
@@ -31,6 +32,15 @@ FEL_mapped_file::FEL_mapped_file(const std::string& path) {
         }
     }
     close(fd);
+}
+
+void FEL_mapped_file::release_before(const char* p) {
+    if (!mapped || p <= data) return;
+    static const std::size_t page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    const std::size_t upto = std::min(static_cast<std::size_t>(p - data), length) / page * page;
+    if (upto <= released) return;
+    madvise(const_cast<char*>(data) + released, upto - released, MADV_DONTNEED);
+    released = upto;
 }
 
 FEL_mapped_file::~FEL_mapped_file() {

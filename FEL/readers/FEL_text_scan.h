@@ -19,10 +19,14 @@ class FEL_mapped_file {
     const char* begin() const { return data; }
     const char* end() const { return data + length; }
     std::size_t size() const { return length; }
+    // Gives the pages wholly before p back to the system: a reader that has passed them keeps a
+    // file of gigabytes from being resident all at once. A later read of them maps them again.
+    void release_before(const char* p);
 
   private:
     const char* data = nullptr;
     std::size_t length = 0;
+    std::size_t released = 0;
     bool opened = false;
     bool mapped = false;
 };

@@ -30,6 +30,7 @@
 #include "driver/Write.h"
 #include "driver/translate.h"
 #include "generator/gdoutfile.h"
+#include "generator/gdrecords.h"
 #include "intersector/Classify.h"
 #include "intersector/Intersector.h"
 #include "readers/FEL_reader.h"
@@ -100,6 +101,7 @@ static void RunFullPath(DriverContext& run, char* programName, RunFiles& files,
     const bool blnMixed = !std::all_of(
         bodies.begin(), bodies.end(), [](const _BodyStruct& b) { return b.eBodyType > BODY_ZCUT; });
     if (blnMixed) HideSurfaceBodiesFromMarking(files.strGrid, bodies);
+    bodyCellsReplaced = !blnMixed;
 
     std::cout << "Begin Grid Generation..." << std::endl;
     GridOffsets offsets;
@@ -107,7 +109,7 @@ static void RunFullPath(DriverContext& run, char* programName, RunFiles& files,
                              &offsets.dblY, &offsets.dblZ);
     std::cout << "Reading KX3.grid.dat..." << std::endl;
     unsigned intFlags = 0;
-    FEL_pointer<FEL_mesh> grid = FEL_read_mesh(strGridFile, intFlags, -1);
+    FEL_pointer<FEL_mesh> grid = GridAsAxes(FEL_read_mesh(strGridFile, intFlags, -1));
     std::cout << "Translate bodies..." << std::endl;
     TranslateToGlobal(run, bodies, conversionFactor);
     std::cout << "Writing translated bodies..." << std::endl;

@@ -1,10 +1,13 @@
 // The driver's output files: bounding-box cut files, the blanked grid file and the cell dump.
 #include "driver/Write.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <sstream>
 
+#include "FEL_axis_aligned_mesh.h"
 #include "FEL_cell.h"
 #include "FEL_curvilinear_mesh.h"
 #include "driver/OutFile.h"
@@ -41,8 +44,13 @@ void WriteOutBoundingBoxes(std::vector<_BodyStruct>& bodies) {
 
 namespace {
 
+// Compared as integers: a call of memcmp for each of a grid's hundreds of millions of values would
+// cost more than the copying.
 bool SameBits(float a, float b) {
-    return std::memcmp(&a, &b, sizeof a) == 0;
+    std::uint32_t x, y;
+    std::memcpy(&x, &a, sizeof x);
+    std::memcpy(&y, &b, sizeof y);
+    return x == y;
 }
 
 // The coordinates of one axis, (i, j, k) -> component, written in the file's order. The grid is
@@ -79,7 +87,40 @@ void WriteCoordinates(byte_sink& sink, const int n[3], int axis, At at) {
         }
 }
 
+// Node n of the grid, in the file's order (i fastest).
+long long NodeIndex(const int n[3], int i, int j, int k) {
+    return i + n[0] * (j + static_cast<long long>(n[1]) * k);
+}
+
 }  // namespace
+
+FEL_pointer<FEL_mesh> GridAsAxes(FEL_pointer<FEL_mesh> grid) {
+    const auto* nodes = dynamic_cast<const FEL_curvilinear_mesh_xyz_layout*>(grid.get());
+    int n[3] = {0, 0, 0};
+    if (!nodes) return grid;
+    grid->get_structured_dimensions(n);
+    std::unique_ptr<float[]> axes[3];
+    for (int a = 0; a < 3; ++a) {
+        if (n[a] < 1) return grid;
+        axes[a].reset(new float[n[a]]);
+        for (int c = 0; c < n[a]; ++c) {
+            const int at[3] = {a == 0 ? c : 0, a == 1 ? c : 0, a == 2 ? c : 0};
+            axes[a][c] = nodes->node(int(NodeIndex(n, at[0], at[1], at[2])))[a];
+        }
+    }
+    for (int k = 0; k < n[2]; ++k)
+        for (int j = 0; j < n[1]; ++j)
+            for (int i = 0; i < n[0]; ++i) {
+                const FEL_vector3<float>& p = nodes->node(int(NodeIndex(n, i, j, k)));
+                if (!SameBits(p.x, axes[0][i]) || !SameBits(p.y, axes[1][j]) ||
+                    !SameBits(p.z, axes[2][k]))
+                    return grid;
+            }
+    return FEL_pointer<FEL_mesh>(
+        new FEL_axis_aligned_mesh(new FEL_irregular_axis(n[0], axes[0].release()),
+                                  new FEL_irregular_axis(n[1], axes[1].release()),
+                                  new FEL_irregular_axis(n[2], axes[2].release()), "grid_axes"));
+}
 
 void OutputIBlankedGrid(std::string fileName, FEL_pointer<FEL_mesh> mesh,
                         std::vector<FEL_vector3<int>>& cells, bool writeBodyCells,
@@ -96,8 +137,22 @@ void OutputIBlankedGrid(std::string fileName, FEL_pointer<FEL_mesh> mesh,
         byte_sink sink(file);
         sink.put(head.str());
         const auto* curvilinear = dynamic_cast<const FEL_curvilinear_mesh*>(mesh.get());
+        std::vector<float> lines[3];
+        if (dynamic_cast<const FEL_axis_aligned_mesh*>(mesh.get()))
+            for (int a = 0; a < 3; ++a)
+                for (int c = 0; c < n[a]; ++c) {
+                    FEL_vector3<float> v;
+                    mesh->coordinates_at_vertex_cell(
+                        FEL_vertex_cell(a == 0 ? c : 0, a == 1 ? c : 0, a == 2 ? c : 0), &v);
+                    lines[a].push_back(v[a]);
+                }
         for (int axis = 0; axis < 3; ++axis) {
-            if (curvilinear) {
+            if (!lines[axis].empty()) {
+                const int a = axis;
+                WriteCoordinates(sink, n, axis, [&](int i, int j, int k) {
+                    return lines[a][a == 0 ? i : a == 1 ? j : k];
+                });
+            } else if (curvilinear) {
                 WriteCoordinates(sink, n, axis, [&](int i, int j, int k) {
                     return curvilinear->node(i + n[0] * (j + n[1] * k))[axis];
                 });

@@ -15,6 +15,11 @@
 // at x1, the centre line at x1. Cut bodies keep the cut file that the front end placed.
 void WriteOutBoundingBoxes(std::vector<_BodyStruct>& bodies);
 
+// The grid read back, held as its three axes when it is a volume grid whose every node has, bit for
+// bit, the values of its axis lines through the first node; otherwise the mesh as it is. The
+// axes take a few kilobytes where the nodes take 12 bytes each.
+FEL_pointer<FEL_mesh> GridAsAxes(FEL_pointer<FEL_mesh> grid);
+
 // Rewrites the grid file for the solver: "# a b c" (or an empty line without offsets), the point
 // counts of the mesh, every X, then Y, then Z coordinate of the mesh (i fastest) as one
 // blank and the value fixed with 5 decimals, all on one line; with writeBodyCells the tail

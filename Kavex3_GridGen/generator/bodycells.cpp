@@ -32,7 +32,7 @@ void write_cells(FILE* stream, const int offset[3], const char* prefix, const ch
     char buf[8192];
     const size_t lenPre = std::strlen(prefix), lenSuf = std::strlen(suffix);
     char* p = buf;
-    for (int c = 0; c < nBodyCells; ++c) {
+    for (long long c = 0; c < nBodyCells; ++c) {
         if (p - buf > static_cast<long>(sizeof buf) - 64) {
             std::fwrite(buf, 1, p - buf, stream);
             p = buf;
@@ -58,7 +58,7 @@ void write_cells(FILE* stream, const int offset[3], const char* prefix, const ch
 // the count reaches a multiple of the step, and no capacity is kept apart from the count.
 void mark_body_cell(int axis0, int index0, int axis1, int index1, int axis2, int index2) {
     if (nBodyCells % kBodyCellsGrowth == 0) {
-        const size_t bytes = sizeof(int16_t) * (nBodyCells + kBodyCellsGrowth);
+        const size_t bytes = sizeof(int16_t) * size_t(nBodyCells + kBodyCellsGrowth);
         for (int a = 0; a < 3; ++a) {
             void* grown = std::realloc(bodyCells[a], bytes);
             if (!grown) {
@@ -81,15 +81,16 @@ void mark_body_cell(int axis0, int index0, int axis1, int index1, int axis2, int
 void translate_body_cells(const int16_t shift[3]) {
     for (int a = 0; a < 3; ++a) {
         int16_t* cells = bodyCells[a];
-        for (int c = 0; c < nBodyCells; ++c) cells[c] = static_cast<int16_t>(cells[c] + shift[a]);
+        for (long long c = 0; c < nBodyCells; ++c)
+            cells[c] = static_cast<int16_t>(cells[c] + shift[a]);
     }
 }
 
 void mark_body_blocking_zero_width_cells(int NI, int NJ, int NK) {
     const int last[3] = {NI - 3, NJ - 3, NK - 3};
     for (int a = 0; a < 3; ++a) {
-        const int n = nBodyCells;  // cells added in this pass are not looked at again in it
-        for (int c = 0; c < n; ++c) {
+        const long long n = nBodyCells;  // cells added in this pass are not looked at again in it
+        for (long long c = 0; c < n; ++c) {
             int idx[3] = {bodyCells[0][c], bodyCells[1][c], bodyCells[2][c]};
             const int at = idx[a];
             if (at == 1) {
@@ -106,7 +107,7 @@ void mark_body_blocking_zero_width_cells(int NI, int NJ, int NK) {
 
 void wr_bodyblocks_input_for_solver(FILE* stream) {
     std::fprintf(stream,
-                 "#\n# Num. of Body Cells:\n%d\n# Body Cells ({I-index, J-index, K-index} of the "
+                 "#\n# Num. of Body Cells:\n%lld\n# Body Cells ({I-index, J-index, K-index} of the "
                  "cells)\n",
                  nBodyCells);
     const int solverBase[3] = {1, 1, 1};
@@ -114,7 +115,7 @@ void wr_bodyblocks_input_for_solver(FILE* stream) {
 }
 
 void dbgpr_body_cells(FILE* stream, int di, int dj, int dk, const char* title) {
-    std::fprintf(stream, "\n%s\nNum. of Body Cells: %d\n", title, nBodyCells);
+    std::fprintf(stream, "\n%s\nNum. of Body Cells: %lld\n", title, nBodyCells);
     const int offset[3] = {di, dj, dk};
     write_cells(stream, offset, "[", "]\n");
 }

@@ -15,7 +15,8 @@ LayerGrids BefBdyLyrGds[3];
 LayerGrids AftBdyLyrGds[3];
 
 int16_t* bodyCells[3] = {nullptr, nullptr, nullptr};
-int nBodyCells = 0;
+long long nBodyCells = 0;
+bool bodyCellsReplaced = false;
 
 int Nfinalgdpts[3] = {0, 0, 0};
 double* finalgdpts[3] = {nullptr, nullptr, nullptr};

@@ -149,9 +149,14 @@ extern int numOrigBdys;
 extern LayerGrids BefBdyLyrGds[3];
 extern LayerGrids AftBdyLyrGds[3];
 
-// Blocked cells: three parallel arrays of 16-bit cell indices, I, J, K.
+// Blocked cells: three parallel arrays of 16-bit cell indices, I, J, K. Bodies may overlap, so the
+// count can pass the grid's own count of cells, and 2^31 at the largest grid.
 extern int16_t* bodyCells[3];
-extern int nBodyCells;
+extern long long nBodyCells;
+// Set by a caller that replaces the generator's body cells with its own (every body a surface,
+// whose cut body is only its bounding box): at debug level 0 no file or log shows those cells, and
+// they are not marked.
+extern bool bodyCellsReplaced;
 
 extern int Nfinalgdpts[3];
 extern double* finalgdpts[3];

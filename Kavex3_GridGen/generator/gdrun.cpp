@@ -91,7 +91,7 @@ void gen_final_grid(const char* specPath, const char* trnsltnPath, double t[3]) 
     full_span_grids_and_bodies();
     ck_lines_size();
     if (gd_options.gridPtsFile) wr_grid_pts_file(gd_options.gridPtsFile);
-    mark_all_body_cells();
+    if (!bodyCellsReplaced || gd_options.debugLevel > 0) mark_all_body_cells();
     FILE* dbg = gd_options.debugStream;
     if (gd_options.debugLevel > 3) dbgpr_body_info(dbg, allBdys, numBdys, "Before Layer Added");
 

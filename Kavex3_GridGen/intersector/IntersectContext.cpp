@@ -1,13 +1,12 @@
 // The intersector's run context: thread count and visit marks.
 #include "intersector/IntersectContext.h"
 
-#include <algorithm>
-#include <thread>
+#include "intersector/Parallel.h"
 
 int IntersectContext::Threads() const {
     if (m_options.m_pReference) return 1;
     int n = m_options.m_intThreads;
-    return n > 0 ? n : int(std::max(1u, std::thread::hardware_concurrency()));
+    return n > 0 ? n : AvailableCores();
 }
 
 std::uint16_t IntersectContext::NewVisitMark() {

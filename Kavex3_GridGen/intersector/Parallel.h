@@ -1,6 +1,8 @@
 // Runs numbered pieces of work on a few threads; each piece runs once, on one thread.
 #pragma once
 
+#include <sched.h>
+
 #include <algorithm>
 #include <atomic>
 #include <exception>
@@ -8,11 +10,19 @@
 #include <thread>
 #include <vector>
 
-// threads 0 takes the machine's cores. Pieces are handed out in order as threads come free. The
+// The cores this process may run on (its affinity, as set by taskset or a batch system), so that a
+// pinned run does not start more threads than it has cores.
+inline int AvailableCores() {
+    cpu_set_t cores;
+    if (sched_getaffinity(0, sizeof cores, &cores) == 0) return std::max(1, CPU_COUNT(&cores));
+    return int(std::max(1u, std::thread::hardware_concurrency()));
+}
+
+// threads 0 takes the process's cores. Pieces are handed out in order as threads come free. The
 // first exception of any piece is thrown again on the calling thread once all threads are done.
 template <class Work>
 void RunPieces(int pieces, int threads, const Work& work) {
-    if (threads <= 0) threads = int(std::max(1u, std::thread::hardware_concurrency()));
+    if (threads <= 0) threads = AvailableCores();
     threads = std::min(threads, pieces);
     if (threads <= 1) {
         for (int p = 0; p < pieces; ++p) work(p);

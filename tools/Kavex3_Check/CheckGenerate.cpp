@@ -32,9 +32,11 @@ namespace Dorva {
 
 namespace {
 
-// Peak resident memory of a run per grid cell: 988 MB for the 17.2 million cells of a
-// million-facet sphere on 258^3 cells (the cells, their corners and the grid read back dominate).
-constexpr double kRunBytesPerCell = 59.0;
+// Peak resident memory of a run per grid cell: 300 MB for the 17.2 million cells of a
+// million-facet sphere on 258^3 cells (the intersector's cells and the grid's nodes while it is
+// read back dominate; the body adds about 6 bytes a cell here, so 102.5 million cells take 12.6
+// each).
+constexpr double kRunBytesPerCell = 18.3;
 
 int s_intReport = -1;  // the child's end of the result pipe
 
@@ -105,6 +107,7 @@ void ChildRun(const GeneratorCheck& job) {
         blnSurfaces && !std::all_of(bodies.begin(), bodies.end(),
                                     [](const _BodyStruct& b) { return b.eBodyType > BODY_ZCUT; });
     if (blnMixed) HideSurfaceBodiesFromMarking(strGrid, bodies);
+    bodyCellsReplaced = blnSurfaces && !blnMixed;
 
     double t[3];
     gen_final_grid(strGrid.c_str(), (job.strScratch + "//Lcl2Gbl.dat").c_str(), t);

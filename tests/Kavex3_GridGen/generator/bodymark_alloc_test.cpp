@@ -56,7 +56,7 @@ TEST_F(BodyMarkingAllocation, SecondMarkingOfABodyAllocatesNothing) {
     allocations = 0;
     mark_all_body_cells();
     EXPECT_GT(allocations, 0);  // the cell store grows on the first marking: the counter works
-    const int first = nBodyCells;
+    const long long first = nBodyCells;
     ASSERT_GT(first, 0);
     EXPECT_GE(intrpltd_cut.capacity, 30);
 

@@ -100,7 +100,7 @@ using Cells = std::vector<std::array<int, 3>>;
 
 inline Cells marked_cells() {
     Cells v;
-    for (int c = 0; c < nBodyCells; ++c)
+    for (long long c = 0; c < nBodyCells; ++c)
         v.push_back({bodyCells[0][c], bodyCells[1][c], bodyCells[2][c]});
     return v;
 }
