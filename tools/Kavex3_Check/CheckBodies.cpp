@@ -8,7 +8,6 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
-#include <unordered_map>
 
 #include "FEL_cell.h"
 #include "FEL_exception.h"
@@ -18,25 +17,55 @@ namespace Dorva {
 
 namespace {
 
-struct VertexKey {
+// Splitmix64's finaliser over a vertex's three coordinate bit patterns.
+std::uint64_t HashOf(const FEL_vector3<float>& v) {
     std::uint32_t bits[3];
-    bool operator==(const VertexKey& o) const {
-        return bits[0] == o.bits[0] && bits[1] == o.bits[1] && bits[2] == o.bits[2];
-    }
-};
-
-struct VertexHash {
-    std::size_t operator()(const VertexKey& k) const {
-        return (std::size_t(k.bits[0]) * 73856093u) ^ (std::size_t(k.bits[1]) * 19349663u) ^
-               (std::size_t(k.bits[2]) * 83492791u);
-    }
-};
-
-VertexKey KeyOf(const FEL_vector3<float>& v) {
-    VertexKey k;
     const float xyz[3] = {v.x, v.y, v.z};
-    std::memcpy(k.bits, xyz, sizeof k.bits);
-    return k;
+    std::memcpy(bits, xyz, sizeof bits);
+    std::uint64_t h = (std::uint64_t(bits[0]) << 32 | bits[1]) ^ (std::uint64_t(bits[2]) << 17);
+    h = (h ^ (h >> 30)) * 0xbf58476d1ce4e5b9ull;
+    h = (h ^ (h >> 27)) * 0x94d049bb133111ebull;
+    return h ^ (h >> 31);
+}
+
+bool SameBits(const FEL_vector3<float>& a, const FEL_vector3<float>& b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+// One number per distinct vertex (bit-equal coordinates, as the STL reader merges them), in an
+// open-addressing table: the body's vertices are millions.
+std::vector<std::uint32_t> VertexIds(const std::vector<FEL_vector3<float>>& v) {
+    std::size_t size = 16;
+    while (size < 2 * v.size()) size *= 2;
+    std::vector<std::uint32_t> first(size, 0);  // 1 + the first vertex with the slot's key
+    std::vector<std::uint32_t> ids(v.size());
+    std::uint32_t next = 0;
+    for (std::size_t i = 0; i < v.size(); ++i) {
+        std::size_t slot = HashOf(v[i]) & (size - 1);
+        while (first[slot] != 0 && !SameBits(v[first[slot] - 1], v[i]))
+            slot = (slot + 1) & (size - 1);
+        if (first[slot] == 0) {
+            first[slot] = std::uint32_t(i + 1);
+            ids[i] = next++;
+        } else {
+            ids[i] = ids[first[slot] - 1];
+        }
+    }
+    return ids;
+}
+
+// Least significant digit first, 16 bits a pass, as many passes as the largest key needs.
+void RadixSort(std::vector<std::uint64_t>& keys) {
+    std::uint64_t largest = 0;
+    for (std::uint64_t k : keys) largest = std::max(largest, k);
+    std::vector<std::uint64_t> other(keys.size());
+    for (int shift = 0; shift < 64 && (largest >> shift) != 0; shift += 16) {
+        std::vector<std::size_t> start(65537, 0);
+        for (std::uint64_t k : keys) ++start[((k >> shift) & 0xffff) + 1];
+        for (std::size_t d = 1; d < start.size(); ++d) start[d] += start[d - 1];
+        for (std::uint64_t k : keys) other[start[(k >> shift) & 0xffff]++] = k;
+        keys.swap(other);
+    }
 }
 
 std::string WorkingDirectory() {
@@ -121,20 +150,17 @@ struct BodyCheck {
 }  // namespace
 
 long OpenEdgeCount(const std::vector<FEL_vector3<float>>& vecVertices) {
-    std::unordered_map<VertexKey, std::uint32_t, VertexHash> ids;
-    ids.reserve(vecVertices.size() / 2);
+    const std::vector<std::uint32_t> ids = VertexIds(vecVertices);
+    int bits = 1;  // of the largest vertex number, so that an edge's key is as short as it can be
+    for (std::uint32_t id : ids) bits = std::max(bits, 32 - __builtin_clz(id | 1));
     std::vector<std::uint64_t> edges;
     edges.reserve(vecVertices.size());
-    std::uint32_t corner[3];
-    for (std::size_t i = 0; i < vecVertices.size(); ++i) {
-        corner[i % 3] = ids.emplace(KeyOf(vecVertices[i]), std::uint32_t(ids.size())).first->second;
-        if (i % 3 != 2) continue;
+    for (std::size_t i = 0; i + 2 < ids.size(); i += 3)
         for (int e = 0; e < 3; ++e) {
-            const std::uint64_t a = corner[e], b = corner[(e + 1) % 3];
-            edges.push_back(std::min(a, b) << 32 | std::max(a, b));
+            const std::uint64_t a = ids[i + e], b = ids[i + (e + 1) % 3];
+            edges.push_back(std::min(a, b) << bits | std::max(a, b));
         }
-    }
-    std::sort(edges.begin(), edges.end());
+    RadixSort(edges);
     long open = 0;
     for (std::size_t i = 0; i < edges.size();) {
         std::size_t j = i;
