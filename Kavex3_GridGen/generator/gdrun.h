@@ -11,9 +11,9 @@
 int CutsGridGenerator(int argc, char** argv, bool writeTranslation, double* outX, double* outY,
                       double* outZ);
 
-// The run up to its output files: reads the specification, generates the lines, marks the body
-// cells, adds the layers and builds the final corner points, translating the bodies and their cells
-// by t; writes the translation file to trnsltnPath.
+// The run up to its output files: reads the generator's input file, generates the lines, marks the
+// body cells, adds the layers and builds the final corner points, translating the bodies and their
+// cells by t; writes the translation file to trnsltnPath.
 void gen_final_grid(const char* specPath, const char* trnsltnPath, double t[3]);
 
 // Opens the specification text named by the arguments (standard input for argc below 2) and records

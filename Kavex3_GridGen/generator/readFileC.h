@@ -66,7 +66,7 @@ const SpecKeyword* spec_keyword_of(int state, const char* line, const char** val
 // The words of a body's "type: " value, tried in this order: three cut-plane and three rotor types.
 extern const char* const spec_body_type_words[6];
 
-// The 1-based number of the specification line being walked; 0 outside the walk.
+// The 1-based number of the input file's line being walked; 0 outside the walk.
 extern int gd_spec_line;
 
 // Set to 1 when the text's Options, Bodies, X, Y and Z sections end.

@@ -51,7 +51,7 @@ void Send(const std::string& text) {
     }
 }
 
-// The generator ends a run through its exit hook: tell the parent the specification line.
+// The generator ends a run through its exit hook: tell the parent the input file's line.
 void OnGeneratorExit(int) {
     Send("L " + std::to_string(gd_spec_line) + "\n");
 }
