@@ -8,6 +8,7 @@
 
 #include <cstdarg>
 #include <functional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -63,6 +64,28 @@ inline RunResult RunProgram(const char* program, const std::vector<std::string>&
     }
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadWholeFile(outPath),
             ReadWholeFile(errPath)};
+}
+
+// Copies examples/<example>, all its files or those named, into `dir` and returns its project's
+// name; with `blnCuts` the points file of body N also goes to "N-x.cut", as examples/run.sh does.
+inline std::string CopyExample(const std::string& example, const std::string& dir,
+                               std::vector<std::string> names = {}, bool blnCuts = false) {
+    const std::string from = KAVEX_SOURCE_DIR "/examples/" + example + "/";
+    const bool blnAll = names.empty();
+    std::string project;
+    for (const auto& entry : boost::filesystem::directory_iterator(from)) {
+        if (entry.path().extension() == ".Grid") project = entry.path().filename().string();
+        if (blnAll) names.push_back(entry.path().filename().string());
+    }
+    for (const std::string& name : names)
+        WriteWholeFile(dir + "/" + name, ReadWholeFile(from + name));
+    std::istringstream lines(ReadWholeFile(from + project));
+    int n = 0;
+    for (std::string line; blnCuts && std::getline(lines, line);)
+        if (line.find("Points File: ") != std::string::npos)
+            WriteWholeFile(dir + "/" + std::to_string(++n) + "-x.cut",
+                           ReadWholeFile(from + line.substr(line.find("Points File: ") + 13)));
+    return project;
 }
 
 #ifdef KAVEX_GRIDGEN_EXE  // suites that run the executable

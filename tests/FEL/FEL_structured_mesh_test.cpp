@@ -75,26 +75,6 @@ TEST(FEL_structured_mesh, NumbersNameTheCellsAWalkReaches) {
         }
 }
 
-TEST(FEL_structured_mesh, NumberingByHand) {
-    // Edges: 20 axis edges, then the k-face diagonals, the first at the even corner (0, 0, 0);
-    // triangles: i faces two by two, (1, 0, 0) odd; tetrahedra: five a hexahedron, the odd one
-    // from row 5.
-    const struct {
-        int mode, dim, n;
-        const char* cell;
-    } rows[] = {{1, 1, 20, "E(0, 0, 0).3"}, {1, 1, 21, "E(1, 0, 0).10"}, {1, 1, 7, "E(1, 1, 1).1"},
-                {1, 2, 1, "F(0, 0, 0).1"},  {1, 2, 2, "F(1, 0, 0).2"},   {1, 3, 7, "T(1, 0, 0).7"},
-                {2, 3, 1, "T(0, 0, 0).6"}};
-    for (const auto& row : rows) {
-        FEL_cell cell;
-        ASSERT_EQ(lattice(3, 2, 2, row.mode)->int_to_cell(row.dim, row.n, &cell), 1);
-        EXPECT_EQ(testing::PrintToString(cell), row.cell);
-    }
-    // A name with the wrong pattern names no cell of this mesh.
-    int n = 0;
-    EXPECT_EQ(lattice(3, 2, 2, 2)->cell_to_int(FEL_cell(FEL_CELL_TETRAHEDRON, 0, 0, 0, 1), &n), 0);
-}
-
 TEST(FEL_structured_mesh, WalksOfSubCells) {
     FEL_pointer<FEL_structured_mesh> mesh = lattice(3, 2, 2, 1);
     FEL_cell_iter it;

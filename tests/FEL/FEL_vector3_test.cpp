@@ -1,12 +1,10 @@
-// Tests of the vector types, FEL_Close, the vector ordering and the matrix.
+// Tests of the vector types, FEL_Close and the vector ordering.
 #include "FEL_vector3.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
-
-#include "FEL_matrix33.h"
 
 namespace {
 
@@ -64,20 +62,6 @@ TEST(FEL_Close, VectorOrderingMergesCloseVertices) {
     EXPECT_FALSE(a < near_a || near_a < a);  // one key of an ordered map
     FEL_use_close_scope exact(false);
     EXPECT_TRUE(a < near_a);
-}
-
-TEST(FEL_matrix33, RowsAndProducts) {
-    // Rows (1 2 3), (4 5 6), (7 8 10).
-    using D = FEL_vector3<double>;
-    const FEL_matrix33<double> m(D(1, 2, 3), D(4, 5, 6), D(7, 8, 10));
-    EXPECT_EQ(m * V(1.0f, 0.5f, -1.0f), V(-1.0f, 0.5f, 1.0f));
-    EXPECT_EQ(m.determinant(), -3.0);
-    // Row 0 of m times column 1 of m: 1*2 + 2*5 + 3*8.
-    EXPECT_EQ((m * m)(0, 1), 36.0);
-    // A matrix times a vector of vectors combines the vectors.
-    const FEL_matrix33<float> swap(V(0, 1, 0), V(1, 0, 0), V(0, 0, 2));
-    const FEL_vector3<V> vv(V(1, 2, 3), V(4, 5, 6), V(7, 8, 9));
-    EXPECT_EQ(swap * vv, FEL_vector3<V>(V(4, 5, 6), V(1, 2, 3), V(14, 16, 18)));
 }
 
 }  // namespace

@@ -50,23 +50,10 @@ struct ExampleRun {
     std::string strProject;
     Files inputs;
 
-    explicit ExampleRun(const std::string& example, const std::string& strRunDir = "") {
-        const std::string from = std::string(KAVEX_SOURCE_DIR) + "/examples/" + example;
-        const std::string to = strRunDir.empty() ? dir.Path() : strRunDir;
-        for (const auto& [name, bytes] : ReadFolder(from)) {
-            WriteWholeFile(to + "/" + name, bytes);
-            if (name.size() > 5 && name.substr(name.size() - 5) == ".Grid") strProject = name;
-        }
-        std::istringstream project(ReadWholeFile(from + "/" + strProject));
-        int n = 0;
-        for (std::string line; std::getline(project, line);) {
-            const std::size_t at = line.find("Points File: ");
-            if (at != std::string::npos)
-                WriteWholeFile(to + "/" + std::to_string(++n) + "-x.cut",
-                               ReadWholeFile(from + "/" + line.substr(at + 13)));
-        }
-        inputs = ReadFolder(to);
-        m_strRunDir = to;
+    explicit ExampleRun(const std::string& example, const std::string& strRunDir = "")
+        : m_strRunDir(strRunDir.empty() ? dir.Path() : strRunDir) {
+        strProject = CopyExample(example, m_strRunDir, {}, true);
+        inputs = ReadFolder(m_strRunDir);
     }
     std::vector<std::string> Arguments() const {
         std::string rotor = strProject.substr(0, strProject.size() - 5) + ".SlvrRot";

@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-#include "ScratchDir.h"
+#include "RunGridGen.h"
 
 namespace {
 
@@ -27,9 +27,7 @@ class ExampleRun : public ScratchDir {
         : m_project(example == "cut_body" ? "block.Grid" : "rotor.Grid") {
         m_files = {m_project, "layers.dat"};
         if (example == "cut_body") m_files.push_back("block.cut");
-        for (const std::string& name : m_files)
-            WriteWholeFile(*this / name,
-                           ReadWholeFile(KAVEX_SOURCE_DIR "/examples/" + example + "/" + name));
+        CopyExample(example, Path(), m_files);
         WriteWholeFile(*this / "r.SlvrRot", "0\n");
     }
     const std::vector<std::string>& files() const { return m_files; }

@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <cmath>
-#include <fstream>
 #include <iomanip>
 #include <set>
 #include <sstream>
@@ -14,7 +13,6 @@
 #include <vector>
 
 #include "FEL/readers/FEL_reader_test_files.h"
-#include "FEL_exception.h"
 #include "FEL_tetrahedral_mesh.h"
 #include "readers/FEL_reader.h"
 
@@ -108,16 +106,6 @@ TEST(FEL_stl_reader, AsciiDropsAFacetCutOffByTheEndAndNeedsASolidLine) {
     EXPECT_TRUE(list.empty());
     FEL_stl_read_mesh_ascii(dir.write("x", "") + ".missing", list);
     EXPECT_TRUE(list.empty());
-}
-
-TEST(FEL_stl_reader, EatStringLeavesTheStreamBehindTheTokenAndThrowsAtTheEnd) {
-    FEL_test_dir dir;
-    std::ifstream in(dir.write("e.txt", "abc\nxx vertex 1.5 -2 3e1\nrest\n"));
-    EatString(in, "vertex");
-    float x, y, z;
-    in >> x >> y >> z;
-    EXPECT_EQ(FEL_vector3<float>(x, y, z), FEL_vector3<float>(1.5f, -2, 30));
-    EXPECT_THROW(EatString(in, "absent"), FEL_unexpected_eof_error);
 }
 
 TEST(FEL_stl_reader, BinaryOfEightyFourBytesIsEmpty) {

@@ -9,17 +9,13 @@
 
 namespace {
 
-const std::string kExamples = std::string(KAVEX_SOURCE_DIR) + "/examples/";
-
 // A copy of an example in a scratch directory, its project edited.
 struct ExampleCopy {
     ScratchDir dir;
     std::string strProject;
 
-    ExampleCopy(const std::string& example, const std::string& project) : strProject(project) {
-        const std::string command = "cp " + kExamples + example + "/* " + dir.Path();
-        EXPECT_EQ(std::system(command.c_str()), 0);
-    }
+    explicit ExampleCopy(const std::string& example)
+        : strProject(CopyExample(example, dir.Path())) {}
     void Replace(const std::string& from, const std::string& to) {
         std::string text = ReadWholeFile(dir / strProject);
         const std::string::size_type at = text.find(from);
@@ -80,7 +76,6 @@ const char* const kPlate =
 struct Mistake {
     const char* name;
     const char* example;
-    const char* project;
     const char* from;
     const char* to;
     std::string extraFile;  // written into the copy as "extra.stl" unless empty
@@ -90,56 +85,50 @@ struct Mistake {
 TEST(Kavex3Check, EachMistakeIsAnErrorWithItsFileAndLine) {
     const std::string ball = Ball(0.1, 60, 40);  // 4,680 facets
     const Mistake rows[] = {
-        {"misspelt keyword", "stl_body", "pyramid.Grid", "number of Grids: 12",
-         "numbr of Grids: 12", "",
+        {"misspelt keyword", "stl_body", "number of Grids: 12", "numbr of Grids: 12", "",
          "pyramid.Grid:25: error: 'numbr of Grids: 12' is passed over in a grid spec record; did "
          "you mean 'number of Grids:'?"},
-        {"misspelt body line", "stl_body", "pyramid.Grid", "Points File:", "Points Fiel:", "",
+        {"misspelt body line", "stl_body", "Points File:", "Points Fiel:", "",
          "pyramid.Grid:12: error: a body's second line must hold \"Points File: \": the run stops "
          "reading the project here"},
-        {"misspelt section", "stl_body", "pyramid.Grid", "Body Y-GridSpec", "Body Y-GridSpek", "",
+        {"misspelt section", "stl_body", "Body Y-GridSpec", "Body Y-GridSpek", "",
          "pyramid.Grid:35: error: 'Body Y-GridSpek' is passed over outside any section; did you "
          "mean 'Body Y-GridSpec'? Everything up to the next section is passed over with it."},
-        {"section not closed", "cut_body", "block.Grid", "End Z-Grid Spec", "", "",
+        {"section not closed", "cut_body", "End Z-Grid Spec", "", "",
          "block.Grid:54: error: never closed: 'End Z-Grid Spec' expected before the end of the "
          "project"},
-        {"text outside sections", "cut_body", "block.Grid", "Start Options",
-         "Options\nStart Options", "",
+        {"text outside sections", "cut_body", "Start Options", "Options\nStart Options", "",
          "block.Grid:2: error: 'Options' is passed over outside any section"},
-        {"unknown body type", "stl_body", "pyramid.Grid", "type: STL", "type: STl", "",
+        {"unknown body type", "stl_body", "type: STL", "type: STl", "",
          "pyramid.Grid:11: error: unknown body type 'STl': the run ignores this body; did you "
          "mean 'STL'?"},
-        {"body without points", "rotor_disc", "rotor.Grid", "type: Z-Plane Rotor", "name: Disc", "",
+        {"body without points", "rotor_disc", "type: Z-Plane Rotor", "name: Disc", "",
          "rotor.Grid:9: error: body without a \"type: \" line: the run ignores it"},
-        {"missing body file", "stl_body", "pyramid.Grid", "File: pyramid.stl", "File: gone.stl", "",
+        {"missing body file", "stl_body", "File: pyramid.stl", "File: gone.stl", "",
          "pyramid.Grid:12: error: body 1 ('gone.stl'): cannot open its surface 'gone.stl' "
          "(relative to @): No such file or directory"},
-        {"body file of no form", "stl_body", "pyramid.Grid", "File: pyramid.stl", "File: extra.stl",
-         "junk\n",
+        {"body file of no form", "stl_body", "File: pyramid.stl", "File: extra.stl", "junk\n",
          "pyramid.Grid:12: error: body 1 ('extra.stl'): the file reads as no known mesh: Could "
          "not determine the filetype of extra.stl."},
-        {"flat body", "stl_body", "pyramid.Grid", "File: pyramid.stl", "File: extra.stl", kPlate,
+        {"flat body", "stl_body", "File: pyramid.stl", "File: extra.stl", kPlate,
          "pyramid.Grid:12: error: body 1 ('extra.stl'): the surface has no extent along Z (all its "
          "vertices at 0.000000): its box gives the Z grid line a single distinct point"},
-        {"infinite vertex", "stl_body", "pyramid.Grid", "File: pyramid.stl", "File: extra.stl",
-         InfiniteVertex(),
+        {"infinite vertex", "stl_body", "File: pyramid.stl", "File: extra.stl", InfiniteVertex(),
          "pyramid.Grid:12: error: body 1 ('extra.stl'): vertex 4 is not finite (1, 0, inf)"},
-        {"missing layer file", "cut_body", "block.Grid", "layers.dat", "nolayers.dat", "",
+        {"missing layer file", "cut_body", "layers.dat", "nolayers.dat", "",
          "block.Grid:6: error: cannot open the layer file 'nolayers.dat' (relative to @): No such "
          "file or directory"},
-        {"unknown body in a spec", "stl_body", "pyramid.Grid", "from: Pyramid L1.0",
-         "from: Pyramd L1.0", "",
+        {"unknown body in a spec", "stl_body", "from: Pyramid L1.0", "from: Pyramd L1.0", "",
          "pyramid.Grid:29: error: the run stops: Incorrect body name 'Pyramd'"},
-        {"count the worker refuses", "cut_body", "block.Grid", "number of Grids: 6",
-         "number of Grids: 1e9", "",
+        {"count the worker refuses", "cut_body", "number of Grids: 6", "number of Grids: 1e9", "",
          "block.Grid:20: error: the run stops: file 'block.Grid', X number of Grids = 1000000000: "
          "an axis holds at most 32767 cells"},
-        {"body lost far from the origin", "stl_body", "pyramid.Grid", "(0.0,0.0,0.0)",
-         "(100.0,100.0,100.0)", "", nullptr},
+        {"body lost far from the origin", "stl_body", "(0.0,0.0,0.0)", "(100.0,100.0,100.0)", "",
+         nullptr},
     };
     for (const Mistake& row : rows) {
         SCOPED_TRACE(row.name);
-        ExampleCopy copy(row.example, row.project);
+        ExampleCopy copy(row.example);
         copy.Replace(row.from, row.to);
         std::string expected = row.expected ? row.expected : "";
         if (!row.extraFile.empty()) WriteWholeFile(copy.dir / "extra.stl", row.extraFile);
@@ -162,7 +151,7 @@ TEST(Kavex3Check, BallThinnedOutAwayFromTheOriginIsAWarning) {
     const std::string ball = Ball(0.1, 60, 40);
     const std::string prefix = "pyramid.Grid:12: warning: body 1 ('extra.stl'): the run drops ";
     for (const char* start : {"(0.0,0.0,0.0)", "(16.0,16.0,16.0)"}) {
-        ExampleCopy copy("stl_body", "pyramid.Grid");
+        ExampleCopy copy("stl_body");
         WriteWholeFile(copy.dir / "extra.stl", ball);
         copy.Replace("File: pyramid.stl", "File: extra.stl");
         copy.Replace("(0.0,0.0,0.0)", start);
@@ -184,7 +173,7 @@ TEST(Kavex3Check, BallThinnedOutAwayFromTheOriginIsAWarning) {
 }
 
 TEST(Kavex3Check, MissingOrEmptyProjectAndMissingRotorFile) {
-    ExampleCopy copy("cut_body", "block.Grid");
+    ExampleCopy copy("cut_body");
     WriteWholeFile(copy.dir / "empty.Grid", "\n  \n");
     const std::pair<std::vector<std::string>, std::string> rows[] = {
         {{"block.Grid", "-SlvrRot", "none.SlvrRot"},
@@ -201,13 +190,9 @@ TEST(Kavex3Check, MissingOrEmptyProjectAndMissingRotorFile) {
 }
 
 TEST(Kavex3Check, EveryExampleChecksWithoutErrors) {
-    const char* const rows[][2] = {{"cut_body", "block.Grid"},
-                                   {"rotor_disc", "rotor.Grid"},
-                                   {"stl_body", "pyramid.Grid"},
-                                   {"mixed_bodies", "mixed.Grid"}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row[0]);
-        ExampleCopy copy(row[0], row[1]);
+    for (const char* example : {"cut_body", "rotor_disc", "stl_body", "mixed_bodies"}) {
+        SCOPED_TRACE(example);
+        ExampleCopy copy(example);
         const RunResult run = copy.Check();
         EXPECT_EQ(run.status, 0) << run.strStdout;
         EXPECT_NE(run.strStdout.find("\n0 errors, "), std::string::npos) << run.strStdout;
@@ -216,7 +201,7 @@ TEST(Kavex3Check, EveryExampleChecksWithoutErrors) {
 
 // The summary's counts and sizes against a real run of the cut-body example.
 TEST(Kavex3Check, SummaryMatchesARealRun) {
-    ExampleCopy copy("cut_body", "block.Grid");
+    ExampleCopy copy("cut_body");
     const RunResult check = copy.Check({"--json", "-pth", copy.dir.Path()});
     WriteWholeFile(copy.dir / "1-x.cut", ReadWholeFile(copy.dir / "block.cut"));
     const RunResult checkWithCut = copy.Check({"--json", "-pth", copy.dir.Path()});

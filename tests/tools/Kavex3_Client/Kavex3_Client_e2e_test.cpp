@@ -18,10 +18,7 @@ namespace {
 struct ClientRun {
     ScratchDir dir;
     ClientRun() {
-        const std::string example = std::string(KAVEX_SOURCE_DIR) + "/examples/cut_body/";
-        for (const char* name : {"block.Grid", "block.SlvrRot", "layers.dat"})
-            WriteWholeFile(dir / name, ReadWholeFile(example + name));
-        WriteWholeFile(dir / "1-x.cut", ReadWholeFile(example + "block.cut"));
+        CopyExample("cut_body", dir.Path(), {"block.Grid", "block.SlvrRot", "layers.dat"}, true);
     }
 
     // Runs the client from the run directory. After 20 s, should it still run, the layer file
