@@ -1,4 +1,5 @@
-// Tests of what the mesh base class implements: the bounding-box cache.
+// Tests of what the mesh base class implements: the bounding-box cache, cell measures and iblank
+// combination.
 #include "FEL_mesh.h"
 
 #include <gtest/gtest.h>
@@ -33,6 +34,8 @@ class counting_mesh : public FEL_curvilinear_mesh_xyz_layout {
     int computed = 0;
 };
 
+const FEL_cell hex0(FEL_CELL_HEXAHEDRON, 0, 0, 0);
+
 TEST(FEL_mesh, BoundingBoxIsCachedForAnyTime) {
     counting_mesh* raw = new counting_mesh;
     FEL_pointer<FEL_mesh> mesh(raw);
@@ -44,6 +47,40 @@ TEST(FEL_mesh, BoundingBoxIsCachedForAnyTime) {
     EXPECT_EQ(raw->computed, 1);
     EXPECT_TRUE(mesh->inside_bounding_box(FEL_phys_pos(2, 3, 4)));
     EXPECT_FALSE(mesh->inside_bounding_box(FEL_phys_pos(2, 3, 4.001f)));
+}
+
+// No stage of the run measures cells or combines iblanks: one compact check of both.
+TEST(FEL_mesh, CellMeasuresAndCombinedIblank) {
+    // A 2 x 3 x 4 box: volume 24, centroid (1, 1.5, 2), edges from 2 to 4.
+    FEL_pointer<FEL_mesh> box(new FEL_curvilinear_mesh_xyz_layout(2, 2, 2, box_nodes({2, 3, 4})));
+    double volume = 0;
+    ASSERT_EQ(box->volume_of_cell(hex0, &volume), 1);
+    EXPECT_DOUBLE_EQ(volume, 24.0);
+    ASSERT_EQ(box->volume_of_cell(FEL_cell(FEL_CELL_TETRAHEDRON, 0, 0, 0, 4), &volume), 1);
+    EXPECT_DOUBLE_EQ(volume, 8.0);  // the central tetrahedron is a third of the box
+    FEL_vector3<float> centre;
+    ASSERT_EQ(box->centroid_of_cell(hex0, &centre), 1);
+    EXPECT_EQ(centre, FEL_vector3<float>(1, 1.5f, 2));
+    float longest = 0, shortest = 0;
+    box->longest_edge_length_of_cell(hex0, &longest);
+    box->shortest_edge_length_of_cell(hex0, &shortest);
+    EXPECT_EQ(std::make_pair(longest, shortest), std::make_pair(4.0f, 2.0f));
+
+    FEL_vector3f_and_int* nodes = new FEL_vector3f_and_int[8];  // only the iblanks count here
+    for (int c = 0; c < 8; ++c) nodes[c] = {FEL_vector3<float>(0, 0, 0), 1};
+    FEL_pointer<FEL_curvilinear_mesh> mesh(new FEL_curvilinear_mesh_xyzi_layout(2, 2, 2, nodes));
+    int bits = -1;
+    ASSERT_EQ(mesh->combined_iblank_at_cell(hex0, &bits), 1);
+    EXPECT_EQ(bits, 1);
+    const int mixed[8] = {1, 1, 1, 0, 1, -2, 2, 101};
+    for (int c = 0; c < 8; ++c) nodes[c].i = mixed[c];
+    mesh->combined_iblank_at_cell(hex0, &bits);
+    EXPECT_EQ(bits, 15);
+    nodes[0].i = 3;
+    testing::internal::CaptureStderr();
+    mesh->combined_iblank_at_cell(hex0, &bits);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "FEL_mesh::combined_iblank_at_cell() H(0, 0, 0) has iblank of 3?!\n");
 }
 
 }  // namespace
