@@ -1,20 +1,27 @@
 // The grid file both ways: the generator's and the blanked grid's writers (values formatted once),
 // the reader (repeated tokens not converted again) and the grid held as axes, against plain
-// per-value formatting and reading; and the sizes of the largest grid the worker accepts.
+// per-value formatting and reading, alone and in whole runs of the worker; and the sizes of the
+// largest grid the worker accepts.
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <boost/filesystem.hpp>
 #include <cstdlib>
 #include <limits>
+#include <map>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "FEL_axis_aligned_mesh.h"
 #include "ScratchDir.h"
+#include "driver/GridGenRun.h"
 #include "driver/Write.h"
 #include "generator/gdcheck.h"
 #include "generator/gdrecords.h"  // nBodyCells
 #include "generator/gridwriter.h"
+#include "readers/FEL_plot3d_text_reader.h"
 #include "readers/FEL_reader.h"
 
 namespace {
@@ -69,6 +76,58 @@ std::vector<float> MeshValues(FEL_pointer<FEL_mesh> mesh) {
                     if (mesh->coordinates_at_vertex_cell(FEL_vertex_cell(i, j, k), &p))
                         v.push_back(p[a]);
     return v;
+}
+
+// An STL box: two triangles on each of its six faces.
+std::string Box(const double lo[3], const double hi[3]) {
+    std::string text = "solid box\n";
+    for (int a = 0; a < 3; ++a)
+        for (int side = 0; side < 2; ++side) {
+            const int u = (a + 1) % 3, v = (a + 2) % 3;
+            double c[4][3];
+            for (int q = 0; q < 4; ++q) {
+                c[q][a] = side ? hi[a] : lo[a];
+                c[q][u] = q == 1 || q == 2 ? hi[u] : lo[u];
+                c[q][v] = q >= 2 ? hi[v] : lo[v];
+            }
+            const int tris[2][3] = {{0, 1, 2}, {0, 2, 3}};
+            for (const auto& t : tris) {
+                text += " facet normal 0 0 0\n  outer loop\n";
+                for (int q = 0; q < 3; ++q) {
+                    for (int d = 0; d < 3; ++d)
+                        append_formatted(text, d ? " %.17g" : "   vertex %.17g", c[t[q]][d]);
+                    text += "\n";
+                }
+                text += "  endloop\n endfacet\n";
+            }
+        }
+    return text + "endsolid box\n";
+}
+
+// Every file a run of the worker leaves in dir, by name; its exit status under "status".
+std::map<std::string, std::string> WholeRun(const ScratchDir& dir, bool plain) {
+    std::fflush(nullptr);
+    const pid_t pid = fork();
+    if (pid == 0) {
+        plain_grid_text = FEL_plot3d_text_plain = plain;
+        std::string args[] = {"Kavex3_GridGen",      "-Grid", dir / "proj.Grid", "-SlvrRot",
+                              dir / "rotor.SlvrRot", "-pth",  dir.Path()};
+        char* argv[] = {args[0].data(), args[1].data(), args[2].data(), args[3].data(),
+                        args[4].data(), args[5].data(), args[6].data(), nullptr};
+        // Whatever the run throws ends the child here, not in the test's own harness.
+        try {
+            _exit(chdir(dir.Path().c_str()) == 0 ? GridGenMain(7, argv) : 120);
+        } catch (...) {
+            _exit(121);
+        }
+    }
+    int status = 0;
+    waitpid(pid, &status, 0);
+    std::map<std::string, std::string> files = {
+        {"status", std::to_string(WIFEXITED(status) ? WEXITSTATUS(status) : -1)}};
+    for (const auto& entry : boost::filesystem::directory_iterator(dir.Path()))
+        files[entry.path().filename().string()] = ReadWholeFile(entry.path().string());
+    return files;
 }
 
 }  // namespace
@@ -153,4 +212,70 @@ TEST(GridFile, SizesOfTheLargestAcceptedGridsPassTwoToTheThirtyFirst) {
     const double blocked = 2.0 * (c - 1) * (c - 1) * (c - 1);
     EXPECT_GT(blocked, double(std::numeric_limits<int>::max()));
     EXPECT_GE(double(std::numeric_limits<decltype(nBodyCells)>::max()), blocked);
+}
+
+// The worker on a random box, graded, layered, symmetric, and with every line at an odd multiple of
+// 1/64 (a rounding midpoint of both five-decimal forms): the same files with the plain text paths.
+TEST(GridFile, WholeRunsMatchThePlainTextPaths) {
+    std::mt19937 rng(2020);
+    std::uniform_real_distribution<double> u(0.0, 1.0);
+    for (int round = 0; round < 2; ++round)
+        for (Shape shape : {GRADED, LAYERED, SYMMETRIC, MIDPOINTS}) {
+            SCOPED_TRACE("shape " + std::to_string(shape) + " round " + std::to_string(round));
+            double lo[3], hi[3];
+            for (int a = 0; a < 3; ++a) {
+                lo[a] = shape == MIDPOINTS   ? (2 * int(rng() % 100) - 99) / 64.0
+                        : shape == SYMMETRIC ? -0.5 - u(rng)
+                                             : (u(rng) - 0.5) * 100.0;
+                hi[a] = shape == MIDPOINTS   ? lo[a] + 1.0
+                        : shape == SYMMETRIC ? -lo[a]
+                                             : lo[a] + 0.1 + 10.0 * u(rng);
+            }
+            const bool uniform = shape == MIDPOINTS;
+            const std::string ratio = uniform ? "1.0" : Fmt("%.3f", 1.05 + 0.2 * u(rng));
+            const std::string core = uniform ? "64" : std::to_string(3 + rng() % 9);
+            const std::string outer = uniform ? "4" : std::to_string(2 + rng() % 5);
+            const std::string symmetry =
+                shape == SYMMETRIC ? " Maintain Symmetry About: B L0.5\n" : "";
+            std::string project = "Start Options\n    Debug Level: " + std::to_string(round) +
+                                  "\n" + "    Solver Input File: SolverGdInp.dat\n" +
+                                  (shape == LAYERED ? "    Layer File: layers.dat\n" : "") +
+                                  "End Options\nStart Body Definitions\n    New Body\n"
+                                  "        name: B\n        type: STL\n"
+                                  "        Points File: box.stl\n        used in solver: True\n"
+                                  "    #\nEnd Body Definitions\n";
+            for (const char* axis : {"X", "Y", "Z"})
+                project += std::string("Body ") + axis + "-GridSpec\n    New GridSpec\n" +
+                           " from: B L-0.5\n to: B L0.0\n number of Grids: " + outer +
+                           "\n GP Ratio: -" + ratio + "\n    #\n    New GridSpec\n in: B\n" +
+                           " number of Grids: " + core + "\n GP Ratio: 1.0\n" + symmetry +
+                           "    #\n    New GridSpec\n from: B L1.0\n to: B L1.5\n" +
+                           " number of Grids: " + outer + "\n GP Ratio: " + ratio +
+                           "\n    #\nEnd " + axis + "-Grid Spec\n";
+            std::string layers;
+            for (int list = 0; list < 6; ++list)
+                layers += "1\n1 " + Fmt("%.4f", 0.5 + u(rng)) + " 1.0 " +
+                          std::to_string(2 + rng() % 3) + " " + (list % 2 ? "1.0" : ratio) + "\n";
+            ScratchDir dir;
+            const std::pair<std::string, std::string> inputs[] = {{"proj.Grid", project},
+                                                                  {"rotor.SlvrRot", "0\n"},
+                                                                  {"box.stl", Box(lo, hi)},
+                                                                  {"layers.dat", layers}};
+            std::map<std::string, std::string> plain;
+            for (bool fast : {false, true}) {
+                for (const auto& [name, text] : inputs) WriteWholeFile(dir / name, text);
+                std::map<std::string, std::string> files = WholeRun(dir, !fast);
+                if (!fast) {
+                    plain = files;
+                    boost::filesystem::remove_all(dir.Path());
+                    boost::filesystem::create_directory(dir.Path());
+                    continue;
+                }
+                ASSERT_EQ(files["status"], "0") << files["Kavex3_GridGen.err"];
+                EXPECT_NE(files["KX3.grid.dat"].find("# Num. of Body Cells: \n"),
+                          std::string::npos);
+                ASSERT_EQ(files.size(), plain.size());
+                for (const auto& [name, text] : plain) EXPECT_TRUE(files[name] == text) << name;
+            }
+        }
 }
