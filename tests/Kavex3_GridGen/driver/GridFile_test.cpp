@@ -78,32 +78,6 @@ std::vector<float> MeshValues(FEL_pointer<FEL_mesh> mesh) {
     return v;
 }
 
-// An STL box: two triangles on each of its six faces.
-std::string Box(const double lo[3], const double hi[3]) {
-    std::string text = "solid box\n";
-    for (int a = 0; a < 3; ++a)
-        for (int side = 0; side < 2; ++side) {
-            const int u = (a + 1) % 3, v = (a + 2) % 3;
-            double c[4][3];
-            for (int q = 0; q < 4; ++q) {
-                c[q][a] = side ? hi[a] : lo[a];
-                c[q][u] = q == 1 || q == 2 ? hi[u] : lo[u];
-                c[q][v] = q >= 2 ? hi[v] : lo[v];
-            }
-            const int tris[2][3] = {{0, 1, 2}, {0, 2, 3}};
-            for (const auto& t : tris) {
-                text += " facet normal 0 0 0\n  outer loop\n";
-                for (int q = 0; q < 3; ++q) {
-                    for (int d = 0; d < 3; ++d)
-                        append_formatted(text, d ? " %.17g" : "   vertex %.17g", c[t[q]][d]);
-                    text += "\n";
-                }
-                text += "  endloop\n endfacet\n";
-            }
-        }
-    return text + "endsolid box\n";
-}
-
 // Every file a run of the worker leaves in dir, by name; its exit status under "status".
 std::map<std::string, std::string> WholeRun(const ScratchDir& dir, bool plain) {
     std::fflush(nullptr);
@@ -214,27 +188,21 @@ TEST(GridFile, SizesOfTheLargestAcceptedGridsPassTwoToTheThirtyFirst) {
     EXPECT_GE(double(std::numeric_limits<decltype(nBodyCells)>::max()), blocked);
 }
 
-// The worker on a random box, graded, layered, symmetric, and with every line at an odd multiple of
-// 1/64 (a rounding midpoint of both five-decimal forms): the same files with the plain text paths.
+// The worker on the unit cube, graded, layered, symmetric, and with every line at an odd multiple
+// of 1/64 (a rounding midpoint of both five-decimal forms): the same files with the plain paths.
 TEST(GridFile, WholeRunsMatchThePlainTextPaths) {
     std::mt19937 rng(2020);
     std::uniform_real_distribution<double> u(0.0, 1.0);
     for (int round = 0; round < 2; ++round)
         for (Shape shape : {GRADED, LAYERED, SYMMETRIC, MIDPOINTS}) {
             SCOPED_TRACE("shape " + std::to_string(shape) + " round " + std::to_string(round));
-            double lo[3], hi[3];
-            for (int a = 0; a < 3; ++a) {
-                lo[a] = shape == MIDPOINTS   ? (2 * int(rng() % 100) - 99) / 64.0
-                        : shape == SYMMETRIC ? -0.5 - u(rng)
-                                             : (u(rng) - 0.5) * 100.0;
-                hi[a] = shape == MIDPOINTS   ? lo[a] + 1.0
-                        : shape == SYMMETRIC ? -lo[a]
-                                             : lo[a] + 0.1 + 10.0 * u(rng);
-            }
             const bool uniform = shape == MIDPOINTS;
             const std::string ratio = uniform ? "1.0" : Fmt("%.3f", 1.05 + 0.2 * u(rng));
             const std::string core = uniform ? "64" : std::to_string(3 + rng() % 9);
             const std::string outer = uniform ? "4" : std::to_string(2 + rng() % 5);
+            // Outer blocks of up to 200 cube lengths give values of six and more digits.
+            const double reach = uniform ? 0.5 : 1 + 199 * u(rng);
+            const std::string before = Fmt("%.4f", -reach), after = Fmt("%.4f", 1 + reach);
             const std::string symmetry =
                 shape == SYMMETRIC ? " Maintain Symmetry About: B L0.5\n" : "";
             std::string project = "Start Options\n    Debug Level: " + std::to_string(round) +
@@ -242,14 +210,16 @@ TEST(GridFile, WholeRunsMatchThePlainTextPaths) {
                                   (shape == LAYERED ? "    Layer File: layers.dat\n" : "") +
                                   "End Options\nStart Body Definitions\n    New Body\n"
                                   "        name: B\n        type: STL\n"
-                                  "        Points File: box.stl\n        used in solver: True\n"
+                                  "        Points File: " KAVEX_TEST_DATA
+                                  "/stl/unit_cube.STL\n"
+                                  "        used in solver: True\n"
                                   "    #\nEnd Body Definitions\n";
             for (const char* axis : {"X", "Y", "Z"})
                 project += std::string("Body ") + axis + "-GridSpec\n    New GridSpec\n" +
-                           " from: B L-0.5\n to: B L0.0\n number of Grids: " + outer +
+                           " from: B L" + before + "\n to: B L0.0\n number of Grids: " + outer +
                            "\n GP Ratio: -" + ratio + "\n    #\n    New GridSpec\n in: B\n" +
                            " number of Grids: " + core + "\n GP Ratio: 1.0\n" + symmetry +
-                           "    #\n    New GridSpec\n from: B L1.0\n to: B L1.5\n" +
+                           "    #\n    New GridSpec\n from: B L1.0\n to: B L" + after + "\n" +
                            " number of Grids: " + outer + "\n GP Ratio: " + ratio +
                            "\n    #\nEnd " + axis + "-Grid Spec\n";
             std::string layers;
@@ -257,25 +227,18 @@ TEST(GridFile, WholeRunsMatchThePlainTextPaths) {
                 layers += "1\n1 " + Fmt("%.4f", 0.5 + u(rng)) + " 1.0 " +
                           std::to_string(2 + rng() % 3) + " " + (list % 2 ? "1.0" : ratio) + "\n";
             ScratchDir dir;
-            const std::pair<std::string, std::string> inputs[] = {{"proj.Grid", project},
-                                                                  {"rotor.SlvrRot", "0\n"},
-                                                                  {"box.stl", Box(lo, hi)},
-                                                                  {"layers.dat", layers}};
-            std::map<std::string, std::string> plain;
-            for (bool fast : {false, true}) {
+            const std::pair<std::string, std::string> inputs[] = {
+                {"proj.Grid", project}, {"rotor.SlvrRot", "0\n"}, {"layers.dat", layers}};
+            std::map<std::string, std::string> runs[2];
+            for (bool plain : {true, false}) {
+                boost::filesystem::remove_all(dir.Path());
+                boost::filesystem::create_directory(dir.Path());
                 for (const auto& [name, text] : inputs) WriteWholeFile(dir / name, text);
-                std::map<std::string, std::string> files = WholeRun(dir, !fast);
-                if (!fast) {
-                    plain = files;
-                    boost::filesystem::remove_all(dir.Path());
-                    boost::filesystem::create_directory(dir.Path());
-                    continue;
-                }
-                ASSERT_EQ(files["status"], "0") << files["Kavex3_GridGen.err"];
-                EXPECT_NE(files["KX3.grid.dat"].find("# Num. of Body Cells: \n"),
-                          std::string::npos);
-                ASSERT_EQ(files.size(), plain.size());
-                for (const auto& [name, text] : plain) EXPECT_TRUE(files[name] == text) << name;
+                runs[plain] = WholeRun(dir, plain);
             }
+            ASSERT_EQ(runs[0]["status"], "0") << runs[0]["Kavex3_GridGen.err"];
+            EXPECT_NE(runs[0]["KX3.grid.dat"].find("# Num. of Body Cells: \n"), std::string::npos);
+            EXPECT_EQ(runs[0].size(), runs[1].size());
+            for (const auto& [name, text] : runs[1]) EXPECT_TRUE(runs[0][name] == text) << name;
         }
 }
