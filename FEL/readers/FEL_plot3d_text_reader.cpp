@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "FEL_exception.h"
@@ -94,6 +96,17 @@ bool repeats(const char*& p, const char* end, token_span seen) {
     return true;
 }
 
+// One coordinate as "%f" reads it.
+bool scan_plainly(const char*& p, const char* end, float* value) {
+    const char* stop = p;
+    while (stop != end && !FEL_is_space(*stop)) ++stop;
+    const std::string token(p, stop);
+    int used = 0;
+    if (token.empty() || std::sscanf(token.c_str(), "%f%n", value, &used) != 1) return false;
+    p += used;
+    return true;
+}
+
 // x, y and z planes of count nodes into the interleaved array; file, when given, gets back the
 // pages behind the reading as it goes.
 bool read_planes(const char*& p, const char* end, std::int64_t count, FEL_vector3<float>* xyz,
@@ -174,6 +187,8 @@ FEL_pointer<FEL_mesh> read_unstructured(const std::string& path, const char* p, 
 }
 
 }  // namespace
+
+bool FEL_plot3d_text_plain = false;
 
 FEL_plot3d_text_reuse_scope::FEL_plot3d_text_reuse_scope(const std::string& path) {
     kept = kept_coordinates();

@@ -8,6 +8,10 @@
 #include "FEL_mesh.h"
 #include "FEL_pointer.h"
 
+// When set, every coordinate is converted on its own by the C library's "%f": the plain reading
+// that the reader's shortcuts must match.
+extern bool FEL_plot3d_text_plain;
+
 // zone -1 reads every zone; a zone number asks for that zone of a multi-zone file.
 FEL_pointer<FEL_mesh> FEL_plot3d_read_fortran_formatted_mesh(const std::string& path,
                                                              unsigned flags, int zone);

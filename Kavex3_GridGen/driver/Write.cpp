@@ -97,7 +97,7 @@ long long NodeIndex(const int n[3], int i, int j, int k) {
 FEL_pointer<FEL_mesh> GridAsAxes(FEL_pointer<FEL_mesh> grid) {
     const auto* nodes = dynamic_cast<const FEL_curvilinear_mesh_xyz_layout*>(grid.get());
     int n[3] = {0, 0, 0};
-    if (!nodes) return grid;
+    if (!nodes || plain_grid_text) return grid;
     grid->get_structured_dimensions(n);
     std::unique_ptr<float[]> axes[3];
     for (int a = 0; a < 3; ++a) {
@@ -133,7 +133,17 @@ void OutputIBlankedGrid(std::string fileName, FEL_pointer<FEL_mesh> mesh,
     std::ostringstream head;
     if (writeOffsets) head << "# " << offsetX << ' ' << offsetY << ' ' << offsetZ;
     head << '\n' << n[0] << ' ' << n[1] << ' ' << n[2] << '\n';
-    {
+    if (plain_grid_text) {
+        std::fputs(head.str().c_str(), file);
+        FEL_vector3<float> v;
+        for (int axis = 0; axis < 3; ++axis)
+            for (int k = 0; k < n[2]; ++k)
+                for (int j = 0; j < n[1]; ++j)
+                    for (int i = 0; i < n[0]; ++i) {
+                        mesh->coordinates_at_vertex_cell(FEL_vertex_cell(i, j, k), &v);
+                        std::fprintf(file, " %.5f", v[axis]);
+                    }
+    } else {
         byte_sink sink(file);
         sink.put(head.str());
         const auto* curvilinear = dynamic_cast<const FEL_curvilinear_mesh*>(mesh.get());

@@ -60,8 +60,19 @@ void byte_sink::flush() {
     gd_check_output(stream_);
 }
 
+bool plain_grid_text = false;
+
 void wr_grid_values(FILE* stream, const int n[3], const double* const pts[3]) {
     if (n[0] <= 0 || n[1] <= 0 || n[2] <= 0) return;
+    if (plain_grid_text) {
+        for (int a = 0; a < 3; ++a)
+            for (int k = 0; k < n[2]; ++k)
+                for (int j = 0; j < n[1]; ++j)
+                    for (int i = 0; i < n[0]; ++i)
+                        std::fprintf(stream, " %12.5f", pts[a][a == 0 ? i : a == 1 ? j : k]);
+        gd_check_output(stream);
+        return;
+    }
     const formatted_values x(pts[0], n[0], " %12.5f"), y(pts[1], n[1], " %12.5f"),
         z(pts[2], n[2], " %12.5f");
     byte_sink sink(stream);

@@ -44,6 +44,10 @@ class byte_sink {
 // as " %12.5f", all on one line. Each distinct value is formatted once and then copied.
 void wr_grid_values(FILE* stream, const int n[3], const double* const pts[3]);
 
+// When set, the grid file's values are printed one by one and read back without shortcuts, here
+// and in the driver: the plain text paths that the fast ones must match byte for byte.
+extern bool plain_grid_text;
+
 // The exact size in bytes of the file that wr_grid_file writes for the same arguments.
 long long grid_file_size(bool writeTranslation, const double t[3], const int n[3],
                          const double* const pts[3]);

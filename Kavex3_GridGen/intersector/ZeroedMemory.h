@@ -1,6 +1,5 @@
 // Large zero-filled arrays straight from the system: their pages are zeroed when first touched,
-// in huge pages where the system offers them, so a sparse touch costs little and a full one few
-// page faults.
+// so a sparse touch costs little.
 #pragma once
 
 #include <cstddef>

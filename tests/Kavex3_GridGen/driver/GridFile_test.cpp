@@ -1,20 +1,27 @@
 // The grid file both ways: the generator's and the blanked grid's writers (values formatted once),
 // the reader (repeated tokens not converted again) and the grid held as axes, against plain
-// per-value formatting and reading; and the sizes of the largest grid the worker accepts.
+// per-value formatting and reading, alone and in whole runs of the worker; and the sizes of the
+// largest grid the worker accepts.
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <boost/filesystem.hpp>
 #include <cstdlib>
 #include <limits>
+#include <map>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "FEL_axis_aligned_mesh.h"
 #include "ScratchDir.h"
+#include "driver/GridGenRun.h"
 #include "driver/Write.h"
 #include "generator/gdcheck.h"
 #include "generator/gdrecords.h"  // nBodyCells
 #include "generator/gridwriter.h"
+#include "readers/FEL_plot3d_text_reader.h"
 #include "readers/FEL_reader.h"
 
 namespace {
@@ -69,6 +76,32 @@ std::vector<float> MeshValues(FEL_pointer<FEL_mesh> mesh) {
                     if (mesh->coordinates_at_vertex_cell(FEL_vertex_cell(i, j, k), &p))
                         v.push_back(p[a]);
     return v;
+}
+
+// Every file a run of the worker leaves in dir, by name; its exit status under "status".
+std::map<std::string, std::string> WholeRun(const ScratchDir& dir, bool plain) {
+    std::fflush(nullptr);
+    const pid_t pid = fork();
+    if (pid == 0) {
+        plain_grid_text = FEL_plot3d_text_plain = plain;
+        std::string args[] = {"Kavex3_GridGen",      "-Grid", dir / "proj.Grid", "-SlvrRot",
+                              dir / "rotor.SlvrRot", "-pth",  dir.Path()};
+        char* argv[] = {args[0].data(), args[1].data(), args[2].data(), args[3].data(),
+                        args[4].data(), args[5].data(), args[6].data(), nullptr};
+        // Whatever the run throws ends the child here, not in the test's own harness.
+        try {
+            _exit(chdir(dir.Path().c_str()) == 0 ? GridGenMain(7, argv) : 120);
+        } catch (...) {
+            _exit(121);
+        }
+    }
+    int status = 0;
+    waitpid(pid, &status, 0);
+    std::map<std::string, std::string> files = {
+        {"status", std::to_string(WIFEXITED(status) ? WEXITSTATUS(status) : -1)}};
+    for (const auto& entry : boost::filesystem::directory_iterator(dir.Path()))
+        files[entry.path().filename().string()] = ReadWholeFile(entry.path().string());
+    return files;
 }
 
 }  // namespace
@@ -153,4 +186,59 @@ TEST(GridFile, SizesOfTheLargestAcceptedGridsPassTwoToTheThirtyFirst) {
     const double blocked = 2.0 * (c - 1) * (c - 1) * (c - 1);
     EXPECT_GT(blocked, double(std::numeric_limits<int>::max()));
     EXPECT_GE(double(std::numeric_limits<decltype(nBodyCells)>::max()), blocked);
+}
+
+// The worker on the unit cube, graded, layered, symmetric, and with every line at an odd multiple
+// of 1/64 (a rounding midpoint of both five-decimal forms): the same files with the plain paths.
+TEST(GridFile, WholeRunsMatchThePlainTextPaths) {
+    std::mt19937 rng(2020);
+    std::uniform_real_distribution<double> u(0.0, 1.0);
+    for (int round = 0; round < 2; ++round)
+        for (Shape shape : {GRADED, LAYERED, SYMMETRIC, MIDPOINTS}) {
+            SCOPED_TRACE("shape " + std::to_string(shape) + " round " + std::to_string(round));
+            const bool uniform = shape == MIDPOINTS;
+            const std::string ratio = uniform ? "1.0" : Fmt("%.3f", 1.05 + 0.2 * u(rng));
+            const std::string core = uniform ? "64" : std::to_string(3 + rng() % 9);
+            const std::string outer = uniform ? "4" : std::to_string(2 + rng() % 5);
+            // Outer blocks of up to 200 cube lengths give values of six and more digits.
+            const double reach = uniform ? 0.5 : 1 + 199 * u(rng);
+            const std::string before = Fmt("%.4f", -reach), after = Fmt("%.4f", 1 + reach);
+            const std::string symmetry =
+                shape == SYMMETRIC ? " Maintain Symmetry About: B L0.5\n" : "";
+            std::string project = "Start Options\n    Debug Level: " + std::to_string(round) +
+                                  "\n" + "    Solver Input File: SolverGdInp.dat\n" +
+                                  (shape == LAYERED ? "    Layer File: layers.dat\n" : "") +
+                                  "End Options\nStart Body Definitions\n    New Body\n"
+                                  "        name: B\n        type: STL\n"
+                                  "        Points File: " KAVEX_TEST_DATA
+                                  "/stl/unit_cube.STL\n"
+                                  "        used in solver: True\n"
+                                  "    #\nEnd Body Definitions\n";
+            for (const char* axis : {"X", "Y", "Z"})
+                project += std::string("Body ") + axis + "-GridSpec\n    New GridSpec\n" +
+                           " from: B L" + before + "\n to: B L0.0\n number of Grids: " + outer +
+                           "\n GP Ratio: -" + ratio + "\n    #\n    New GridSpec\n in: B\n" +
+                           " number of Grids: " + core + "\n GP Ratio: 1.0\n" + symmetry +
+                           "    #\n    New GridSpec\n from: B L1.0\n to: B L" + after + "\n" +
+                           " number of Grids: " + outer + "\n GP Ratio: " + ratio +
+                           "\n    #\nEnd " + axis + "-Grid Spec\n";
+            std::string layers;
+            for (int list = 0; list < 6; ++list)
+                layers += "1\n1 " + Fmt("%.4f", 0.5 + u(rng)) + " 1.0 " +
+                          std::to_string(2 + rng() % 3) + " " + (list % 2 ? "1.0" : ratio) + "\n";
+            ScratchDir dir;
+            const std::pair<std::string, std::string> inputs[] = {
+                {"proj.Grid", project}, {"rotor.SlvrRot", "0\n"}, {"layers.dat", layers}};
+            std::map<std::string, std::string> runs[2];
+            for (bool plain : {true, false}) {
+                boost::filesystem::remove_all(dir.Path());
+                boost::filesystem::create_directory(dir.Path());
+                for (const auto& [name, text] : inputs) WriteWholeFile(dir / name, text);
+                runs[plain] = WholeRun(dir, plain);
+            }
+            ASSERT_EQ(runs[0]["status"], "0") << runs[0]["Kavex3_GridGen.err"];
+            EXPECT_NE(runs[0]["KX3.grid.dat"].find("# Num. of Body Cells: \n"), std::string::npos);
+            EXPECT_EQ(runs[0].size(), runs[1].size());
+            for (const auto& [name, text] : runs[1]) EXPECT_TRUE(runs[0][name] == text) << name;
+        }
 }
