@@ -8,16 +8,15 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <fstream>
 #include <sstream>
 #include <thread>
 
 #include "CheckBodies.h"
 #include "driver/FinalOutput.h"
+#include "driver/OutFile.h"
 #include "driver/Write.h"
 #include "driver/translate.h"
 #include "generator/gdrecords.h"
@@ -56,15 +55,13 @@ void OnGeneratorExit(int) {
     Send("L " + std::to_string(gd_spec_line) + "\n");
 }
 
-// A copy cut short would be read as a mistake of the body: it ends the child as the generator ends.
+// Through the run's checked output files: a copy cut short would be read as a mistake of the
+// body, so it ends the child as the generator ends.
 void CopyFile(const std::string& from, const std::string& to) {
     std::ifstream in(from.c_str(), std::ios::binary);
-    std::ofstream out(to.c_str(), std::ios::binary | std::ios::trunc);
-    errno = 0;
-    if (in.peek() != std::ifstream::traits_type::eof()) out << in.rdbuf();
-    out.close();
-    if (!out)
-        printfErrNexit("writing '%s': %s", to.c_str(), errno ? std::strerror(errno) : "failed");
+    WriteCheckedFile(to, [&](std::ostream& out) {
+        if (in.peek() != std::ifstream::traits_type::eof()) out << in.rdbuf();
+    });
 }
 
 // Each surface body as the run places it (TranslateToGlobal reads the translation file that the
