@@ -33,16 +33,10 @@ struct kept_coordinates {
 };
 kept_coordinates kept;
 
-struct text_header {
-    int n_zones = 0;
-    bool counted = false;  // the file gave a zone count
-    std::vector<std::int32_t> dims;
-    const char* data = nullptr;  // the first coordinate
-};
+}  // namespace
 
-// The zone count, unless the first number cannot be one, then each dimension read as an integer
-// and again as a float: a count must read the same both ways and be at least 1.
-bool read_header(const char* begin, const char* end, unsigned flags, text_header* h) {
+bool FEL_plot3d_read_text_header(const char* begin, const char* end, unsigned flags,
+                                 FEL_plot3d_text_header* h) {
     const char* p = begin;
     int first;
     if (!FEL_scan_int(p, end, &first)) return false;
@@ -68,6 +62,8 @@ bool read_header(const char* begin, const char* end, unsigned flags, text_header
     return true;
 }
 
+namespace {
+
 // Where a token of the coordinates began and how long it was.
 struct token_span {
     const char* at = nullptr;
@@ -78,22 +74,7 @@ struct token_span {
 // with the same bytes as the one it would repeat (the one a row before in x, the one before in y
 // and z) takes that one's value without being converted again: same bytes, same float.
 bool repeats(const char*& p, const char* end, token_span seen) {
-    const std::size_t n = seen.size;
-    if (n == 0 || std::size_t(end - p) < n) return false;
-    if (n <= 16 && end - p >= 16) {
-        // Tokens are a dozen bytes: two 8-byte words (seen lies before p) beat a call of memcmp.
-        std::uint64_t a[2], b[2];
-        std::memcpy(a, p, 16);
-        std::memcpy(b, seen.at, 16);
-        const std::uint64_t low = n >= 8 ? ~0ull : (1ull << (8 * n)) - 1;
-        const std::uint64_t high = n <= 8 ? 0 : n == 16 ? ~0ull : (1ull << (8 * (n - 8))) - 1;
-        if (((a[0] ^ b[0]) & low) | ((a[1] ^ b[1]) & high)) return false;
-    } else if (std::memcmp(p, seen.at, n) != 0) {
-        return false;
-    }
-    if (p + n != end && !FEL_is_space(p[n])) return false;
-    p += n;
-    return true;
+    return FEL_repeats_token(p, end, seen.at, seen.size);
 }
 
 // One coordinate as "%f" reads it.
@@ -127,6 +108,10 @@ bool read_planes(const char*& p, const char* end, std::int64_t count, FEL_vector
             token_span& seen = by_row ? row[std::size_t(column)] : last;
             if (by_row && ++column == row_size) column = 0;
             const bool again = by_row ? i >= row_size : i > 0;
+            if (FEL_plot3d_text_plain) {
+                if (!scan_plainly(p, end, &xyz[i][c])) return false;
+                continue;
+            }
             if (again && repeats(p, end, seen)) {
                 xyz[i][c] = by_row ? xyz[i - row_size][c] : xyz[i - 1][c];
                 continue;
@@ -203,8 +188,8 @@ FEL_plot3d_text_reuse_scope::~FEL_plot3d_text_reuse_scope() {
 int FEL_plot3d_read_text_dimensions(const std::string& path, unsigned flags, int* n_zones,
                                     std::vector<std::int32_t>* dims) {
     FEL_mapped_file file(path);
-    text_header h;
-    if (!file.ok() || !read_header(file.begin(), file.end(), flags, &h)) return 0;
+    FEL_plot3d_text_header h;
+    if (!file.ok() || !FEL_plot3d_read_text_header(file.begin(), file.end(), flags, &h)) return 0;
     *n_zones = h.n_zones;
     *dims = std::move(h.dims);
     return 1;
@@ -221,8 +206,9 @@ FEL_pointer<FEL_mesh> FEL_plot3d_read_fortran_formatted_mesh(const std::string& 
     const char* const begin = file.begin();
     const char* const end = file.end();
     if (flags & FEL_PLOT3D_UNSTRUCTURED) return read_unstructured(path, begin, end);
-    text_header h;
-    if (!read_header(begin, end, flags, &h)) fail(path, "Problem reading dimensions", __LINE__);
+    FEL_plot3d_text_header h;
+    if (!FEL_plot3d_read_text_header(begin, end, flags, &h))
+        fail(path, "Problem reading dimensions", __LINE__);
     const int nz = h.n_zones;
     if (zone >= nz) fail(path, "Zone " + std::to_string(zone) + " is not in the file", __LINE__);
     const int last = zone >= 0 ? zone : nz - 1;

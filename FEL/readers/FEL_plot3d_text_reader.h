@@ -12,6 +12,18 @@
 // that the reader's shortcuts must match.
 extern bool FEL_plot3d_text_plain;
 
+// The header: the zone count when the flags allow one and the first number can be one (else one
+// zone), then each dimension read as an integer and again as a float: a count must read the same
+// both ways and be at least 1. data is where the coordinates begin. false when it does not read.
+struct FEL_plot3d_text_header {
+    int n_zones = 0;
+    bool counted = false;  // the file gave a zone count
+    std::vector<std::int32_t> dims;
+    const char* data = nullptr;
+};
+bool FEL_plot3d_read_text_header(const char* begin, const char* end, unsigned flags,
+                                 FEL_plot3d_text_header* h);
+
 // zone -1 reads every zone; a zone number asks for that zone of a multi-zone file.
 FEL_pointer<FEL_mesh> FEL_plot3d_read_fortran_formatted_mesh(const std::string& path,
                                                              unsigned flags, int zone);

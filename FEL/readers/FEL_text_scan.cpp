@@ -43,6 +43,14 @@ void FEL_mapped_file::release_before(const char* p) {
     released = upto;
 }
 
+void FEL_mapped_file::release(const char* from, const char* to) const {
+    if (!mapped || to <= from) return;
+    static const std::size_t page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    const std::size_t low = (static_cast<std::size_t>(from - data) + page - 1) / page * page;
+    const std::size_t high = std::min(static_cast<std::size_t>(to - data), length) / page * page;
+    if (high > low) madvise(const_cast<char*>(data) + low, high - low, MADV_DONTNEED);
+}
+
 FEL_mapped_file::~FEL_mapped_file() {
     if (mapped) munmap(const_cast<char*>(data), length);
 }

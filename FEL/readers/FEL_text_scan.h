@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 
 // A whole file, mapped read-only. ok() is false if it will not open; an empty file is ok and empty.
@@ -22,6 +23,8 @@ class FEL_mapped_file {
     // Gives the pages wholly before p back to the system: a reader that has passed them keeps a
     // file of gigabytes from being resident all at once. A later read of them maps them again.
     void release_before(const char* p);
+    // The same for the whole pages within [from, to); readers on threads release their own parts.
+    void release(const char* from, const char* to) const;
 
   private:
     const char* data = nullptr;
@@ -84,5 +87,27 @@ inline bool FEL_scan_plain_float(const char*& p, const char* end, float* value) 
     auto r = std::from_chars(q, end, *value, std::chars_format::general);
     if (r.ec != std::errc() || (r.ptr != end && !FEL_is_space(*r.ptr))) return false;
     p = r.ptr;
+    return true;
+}
+
+// Moves p past the token [at, at + size) when the bytes at p are that token followed by white
+// space or the end; at lies before p, so that reading 16 bytes from it stays inside the text.
+inline bool FEL_repeats_token(const char*& p, const char* end, const char* at, std::size_t size) {
+    if (size == 0 || std::size_t(end - p) < size) return false;
+    if (size <= 16 && end - p >= 16) {
+        // Tokens are a dozen bytes: two 8-byte words beat a call of memcmp.
+        std::uint64_t a[2], b[2];
+        std::memcpy(a, p, 16);
+        std::memcpy(b, at, 16);
+        const std::uint64_t low = size >= 8 ? ~0ull : (1ull << (8 * size)) - 1;
+        const std::uint64_t high = size <= 8    ? 0
+                                   : size == 16 ? ~0ull
+                                                : (1ull << (8 * (size - 8))) - 1;
+        if (((a[0] ^ b[0]) & low) | ((a[1] ^ b[1]) & high)) return false;
+    } else if (std::memcmp(p, at, size) != 0) {
+        return false;
+    }
+    if (p + size != end && !FEL_is_space(p[size])) return false;
+    p += size;
     return true;
 }

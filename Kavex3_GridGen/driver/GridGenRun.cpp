@@ -108,8 +108,8 @@ static void RunFullPath(DriverContext& run, char* programName, RunFiles& files,
     all_cuts_grid_generation(programName, files.strGrid, strRunDir, false, &offsets.dblX,
                              &offsets.dblY, &offsets.dblZ);
     std::cout << "Reading KX3.grid.dat..." << std::endl;
-    unsigned intFlags = 0;
-    FEL_pointer<FEL_mesh> grid = GridAsAxes(FEL_read_mesh(strGridFile, intFlags, -1));
+    FEL_pointer<FEL_mesh> grid =
+        ReadGridAsAxes(strGridFile, run.m_intersect.m_options.m_intThreads);
     std::cout << "Translate bodies..." << std::endl;
     TranslateToGlobal(run, bodies, conversionFactor);
     std::cout << "Writing translated bodies..." << std::endl;

@@ -14,6 +14,9 @@
 #include "generator/gdoutfile.h"
 #include "generator/gridwriter.h"
 #include "intersector/Intersector.h"
+#include "intersector/Parallel.h"
+#include "readers/FEL_plot3d_text_axes.h"
+#include "readers/FEL_reader.h"
 
 void WriteOutBoundingBoxes(std::vector<_BodyStruct>& bodies) {
     for (const _BodyStruct& body : bodies) {
@@ -120,6 +123,16 @@ FEL_pointer<FEL_mesh> GridAsAxes(FEL_pointer<FEL_mesh> grid) {
         new FEL_axis_aligned_mesh(new FEL_irregular_axis(n[0], axes[0].release()),
                                   new FEL_irregular_axis(n[1], axes[1].release()),
                                   new FEL_irregular_axis(n[2], axes[2].release()), "grid_axes"));
+}
+
+FEL_pointer<FEL_mesh> ReadGridAsAxes(const std::string& path, int threads) {
+    if (!plain_grid_text) {
+        FEL_pointer<FEL_mesh> axes =
+            FEL_plot3d_read_text_axes(path, threads > 0 ? threads : AvailableCores());
+        if (!axes.null()) return axes;
+    }
+    unsigned flags = 0;
+    return GridAsAxes(FEL_read_mesh(path, flags, -1));
 }
 
 void OutputIBlankedGrid(std::string fileName, FEL_pointer<FEL_mesh> mesh,

@@ -20,6 +20,10 @@ void WriteOutBoundingBoxes(std::vector<_BodyStruct>& bodies);
 // axes take a few kilobytes where the nodes take 12 bytes each.
 FEL_pointer<FEL_mesh> GridAsAxes(FEL_pointer<FEL_mesh> grid);
 
+// GridAsAxes of the grid file read back, read straight into the axes on threads where the file
+// allows it (threads 0: the process's cores); the plain reading with plain_grid_text.
+FEL_pointer<FEL_mesh> ReadGridAsAxes(const std::string& path, int threads);
+
 // Rewrites the grid file for the solver: "# a b c" (or an empty line without offsets), the point
 // counts of the mesh, every X, then Y, then Z coordinate of the mesh (i fastest) as one
 // blank and the value fixed with 5 decimals, all on one line; with writeBodyCells the tail

@@ -5,6 +5,7 @@
 
 #include "FEL/readers/FEL_reader_test_files.h"
 #include "FEL_exception.h"
+#include "readers/FEL_plot3d_text_axes.h"
 #include "readers/FEL_reader.h"
 
 namespace {
@@ -185,4 +186,33 @@ TEST(FEL_plot3d_size_regression, CheckBinaryFileSizeOverflowOnForeignDimensions)
     const std::string path = dir.write("wrap.bin", le_ints({16, 1u << 30, 1u << 30, 16, 0, 0, 0}));
     for (unsigned flags : {0u, 0x1u, 0x2u, 0x3u, 0x8u, 0x9u, 0x48u, 0x49u})
         EXPECT_FALSE(CheckBinaryFileSize(path, flags)) << flags;
+}
+
+// The unit cube's 2 x 2 x 2 nodes as text; only what the whole reading takes for one zone whose
+// nodes lie on axes is read straight into axes.
+TEST(FEL_plot3d_reader, TextAxesOnlyWhereTheWholeReadingGivesOneZoneOnAxes) {
+    const std::string x = " 0 1 0 1 0 1 0 1", y = " 0 0 1 1 0 0 1 1", z = " 0 0 0 0 1 1 1 1";
+    const struct {
+        const char* name;
+        std::string text;
+        bool axes;
+    } cases[] = {
+        {"cube", "\n2 2 2\n" + x + y + z + "\n# Num. of Body Cells:\n0\n", true},
+        {"zone count", "1\n2 2 2\n" + x + y + z, false},
+        {"iblanks", "2 2 2\n" + x + y + z + " 1 1 1 1 1 1 1 1", false},
+        {"off the axes", "2 2 2\n" + x + y + " 0 0 0 0 1 1 1 1.5", false},
+        {"joined numbers", "2 2 2\n" + x + "+0" + y.substr(2) + z, false},  // "1+0": 1, 0
+        {"short", "2 2 2\n" + x + y, false},
+        {"binary", le_ints({2, 2, 2}) + std::string(96, '\0'), false},
+    };
+    FEL_test_dir dir;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const FEL_pointer<FEL_mesh> mesh = FEL_plot3d_read_text_axes(dir.write("g", c.text), 2);
+        ASSERT_EQ(!mesh.null(), c.axes);
+        if (!c.axes) continue;
+        FEL_vector3<float> p;
+        ASSERT_TRUE(mesh->coordinates_at_vertex_cell(FEL_vertex_cell(1, 0, 1), &p));
+        EXPECT_EQ(p, FEL_vector3<float>(1, 0, 1));
+    }
 }

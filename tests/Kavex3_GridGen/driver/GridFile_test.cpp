@@ -21,6 +21,7 @@
 #include "generator/gdcheck.h"
 #include "generator/gdrecords.h"  // nBodyCells
 #include "generator/gridwriter.h"
+#include "readers/FEL_plot3d_text_axes.h"
 #include "readers/FEL_plot3d_text_reader.h"
 #include "readers/FEL_reader.h"
 
@@ -139,6 +140,10 @@ TEST(GridFile, WritersReaderAndAxesMatchThePlainFormattingAndReading) {
             ASSERT_EQ(MeshValues(mesh), plain);
             FEL_pointer<FEL_mesh> held = GridAsAxes(mesh);
             ASSERT_NE(held.get(), mesh.get());
+            // Straight into the axes, on one to three threads cutting the text anywhere.
+            FEL_pointer<FEL_mesh> direct = FEL_plot3d_read_text_axes(path, 1 + round % 3);
+            ASSERT_FALSE(direct.null());
+            ASSERT_EQ(MeshValues(direct), plain);
             // Midpoints as floats as well: the blanked grid formats the floats it holds.
             float* f[3];
             for (int a = 0; a < 3; ++a) {
