@@ -190,7 +190,14 @@ void merge_vertices(const std::vector<_FEL_triangle>& list, std::vector<FEL_vect
     std::vector<std::int32_t> table(slots, -1);  // distinct vertex number, in file order
     std::vector<std::int32_t> number(corners);
     std::vector<FEL_vector3<float>> distinct;
+    // The table is far larger than the caches: each lookup fetches its slot some corners ahead.
+    constexpr std::size_t kAhead = 8;
     for (std::size_t c = 0; c < corners; ++c) {
+        if (c + kAhead < corners) {
+            const std::size_t ahead = c + kAhead;
+            const FEL_vector3<float>& w = list[ahead / 3].vertex[ahead % 3];
+            __builtin_prefetch(&table[vertex_hash(w) & (slots - 1)]);
+        }
         const FEL_vector3<float>& v = list[c / 3].vertex[c % 3];
         std::size_t at = vertex_hash(v) & (slots - 1);
         while (true) {
@@ -209,16 +216,21 @@ void merge_vertices(const std::vector<_FEL_triangle>& list, std::vector<FEL_vect
             at = (at + 1) & (slots - 1);
         }
     }
-    std::vector<std::int32_t> order(distinct.size());
-    for (std::size_t d = 0; d < order.size(); ++d) order[d] = std::int32_t(d);
-    std::sort(order.begin(), order.end(), [&](std::int32_t a, std::int32_t b) {
-        return vertex_less(distinct[a], distinct[b]);
-    });
-    std::vector<std::int32_t> rank(distinct.size());
-    out.resize(distinct.size());
+    // Sorted with their numbers beside them: no two are equal, so the order is the one order.
+    struct numbered {
+        FEL_vector3<float> v;
+        std::int32_t d;
+    };
+    std::vector<numbered> order(distinct.size());
+    for (std::size_t d = 0; d < order.size(); ++d) order[d] = {distinct[d], std::int32_t(d)};
+    std::vector<FEL_vector3<float>>().swap(distinct);
+    std::sort(order.begin(), order.end(),
+              [](const numbered& a, const numbered& b) { return vertex_less(a.v, b.v); });
+    std::vector<std::int32_t> rank(order.size());
+    out.resize(order.size());
     for (std::size_t r = 0; r < order.size(); ++r) {
-        rank[order[r]] = std::int32_t(r);
-        out[r] = distinct[order[r]];
+        rank[std::size_t(order[r].d)] = std::int32_t(r);
+        out[r] = order[r].v;
     }
     for (std::size_t c = 0; c < corners; ++c) triangles[c / 3][int(c % 3)] = rank[number[c]];
 }
