@@ -15,6 +15,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -134,7 +135,15 @@ int main(int argc, char** argv) {
         std::printf("%-40.40s %9.2f\n", lines[l].first.c_str(), until - lines[l].second);
     }
     const std::string grid = dir + "/KX3.grid.dat";
-    const double floor = TimedCopy(grid, grid + ".copy1") + TimedCopy(grid, grid + ".copy2");
+    // The faster of two rounds: a virtual machine may hand out memory it has not touched lately
+    // many times slower (2.5 GB took 1 s, the next 2.5 GB 5 s), which would flatter the ratio.
+    double floor = 0;
+    for (int round = 0; round < 2; ++round) {
+        const double copies = TimedCopy(grid, grid + ".copy1") + TimedCopy(grid, grid + ".copy2");
+        floor = round == 0 ? copies : std::min(floor, copies);
+        std::remove((grid + ".copy1").c_str());
+        std::remove((grid + ".copy2").c_str());
+    }
     const double cells = GridCells(grid);
     std::printf("%-40s %9.2f\n%-40s %9.2f\n%-40s %9.1f\n", "total", total,
                 "floor (two copies of the grid file)", floor, "ratio total/floor", total / floor);
