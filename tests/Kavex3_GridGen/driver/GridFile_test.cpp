@@ -97,10 +97,8 @@ std::map<std::string, std::string> WholeRun(const ScratchDir& dir, bool plain) {
     }
     int status = 0;
     waitpid(pid, &status, 0);
-    std::map<std::string, std::string> files = {
-        {"status", std::to_string(WIFEXITED(status) ? WEXITSTATUS(status) : -1)}};
-    for (const auto& entry : boost::filesystem::directory_iterator(dir.Path()))
-        files[entry.path().filename().string()] = ReadWholeFile(entry.path().string());
+    std::map<std::string, std::string> files = ReadFolder(dir.Path());
+    files["status"] = std::to_string(WIFEXITED(status) ? WEXITSTATUS(status) : -1);
     return files;
 }
 
