@@ -127,9 +127,13 @@ class GridGenRun : public ScratchDir {
     std::string strProject = *this / "proj.Grid";
     std::string strRotor = *this / "rotor.SlvrRot";
 
-    explicit GridGenRun(const std::string& project = "") {
+    // Cut body N's points go to "N-x.cut", where the driver points the generator.
+    explicit GridGenRun(const std::string& project = "", const std::vector<std::string>& cuts = {},
+                        const std::string& layers = "0\n0\n0\n0\n0\n0\n") {
         WriteWholeFile(strProject, project);
         WriteWholeFile(strRotor, "0\n");
+        for (size_t n = 0; n < cuts.size(); ++n) Write(std::to_string(n + 1) + "-x.cut", cuts[n]);
+        if (!cuts.empty()) Write("layers.dat", layers);
     }
     void Write(const std::string& name, const std::string& text) const {
         WriteWholeFile(*this / name, text);
@@ -137,6 +141,11 @@ class GridGenRun : public ScratchDir {
     std::string Read(const std::string& name) const { return ReadWholeFile(*this / name); }
     std::vector<std::string> Arguments() const {
         return {"-Grid", strProject, "-SlvrRot", strRotor, "-pth", Path()};
+    }
+    // Whether the run left a temporary file behind.
+    bool Temporaries() const {
+        return PathExists(*this / "temp.Grid") || PathExists(*this / "temp.SlvrRot") ||
+               PathExists(*this / "temp.ClWdths");
     }
     // The driver's log of a run that reached the generator.
     std::string DriverLog() const {
@@ -153,19 +162,22 @@ class GridGenRun : public ScratchDir {
 #endif
 
 // A body record in the front end's layout.
-inline std::string Body(const std::string& name, const std::string& type, const std::string& points,
-                        bool used = true) {
+inline std::string BodyText(const std::string& name, const std::string& type,
+                            const std::string& points, bool used = true) {
     return "    New Body\n        name: " + name + "\n        type: " + type +
            "\n        Points File: " + points +
            "\n        used in solver: " + (used ? "True" : "False") + "\n    #\n";
 }
 
-// A project: the options' lines, the body records, and on every axis the same grid specs.
+// A project: the options' lines, the body records, and the grid specs of X, of Y and of Z (by
+// default those of X).
 inline std::string Project(const std::string& options, const std::string& bodies,
-                           const std::vector<std::string>& specs) {
+                           const std::vector<std::string>& x, std::vector<std::string> y = {},
+                           std::vector<std::string> z = {}) {
     std::string text = "Start Options\n" + options + "End Options\nStart Body Definitions\n" +
                        bodies + "End Body Definitions\n";
-    for (const char axis : {'X', 'Y', 'Z'}) {
+    for (const auto& [axis, specs] :
+         {std::pair{'X', x}, {'Y', y.empty() ? x : y}, {'Z', z.empty() ? x : z}}) {
         text += Fmt("Body %c-GridSpec\n", axis);
         for (const std::string& spec : specs) text += "    New GridSpec\n" + spec + "    #\n";
         text += Fmt("End %c-Grid Spec\n", axis);

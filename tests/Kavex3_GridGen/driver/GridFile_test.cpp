@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "FEL_axis_aligned_mesh.h"
-#include "ScratchDir.h"
+#include "RunGridGen.h"
 #include "driver/GridGenRun.h"
 #include "driver/Write.h"
 #include "generator/gdcheck.h"
@@ -44,12 +44,6 @@ std::vector<double> Axis(Shape shape, int n, std::mt19937& rng) {
                : shape == LAYERED && i > 0 && (i == 1 || i == n - 1 || u(rng) < 0.3) ? v[i - 1]
                                                                                      : x;
     return v;
-}
-
-std::string Fmt(const char* format, double v) {
-    std::string s;
-    append_formatted(s, format, v);
-    return s;
 }
 
 // The plain reading: every number after the dimension line converted on its own, as "%f" does.
@@ -120,7 +114,7 @@ TEST(GridFile, WritersReaderAndAxesMatchThePlainFormattingAndReading) {
             FILE* file = std::fopen(path.c_str(), "w");
             wr_grid_file(file, translation, t, n, pts);
             std::fclose(file);
-            const std::string dims = Fmt("%.0f ", n[0]) + Fmt("%.0f ", n[1]) + Fmt("%.0f\n", n[2]);
+            const std::string dims = Fmt("%d %d %d\n", n[0], n[1], n[2]);
             std::string text = (translation ? "# 1.500000 -0.250000 0.000000\n" : "\n") + dims;
             for (int a = 0; a < 3; ++a)
                 for (int node = 0; node < n[0] * n[1] * n[2]; ++node)
@@ -203,23 +197,15 @@ TEST(GridFile, WholeRunsMatchThePlainTextPaths) {
             const std::string before = Fmt("%.4f", -reach), after = Fmt("%.4f", 1 + reach);
             const std::string symmetry =
                 shape == SYMMETRIC ? " Maintain Symmetry About: B L0.5\n" : "";
-            std::string project = "Start Options\n    Debug Level: " + std::to_string(round) +
-                                  "\n" + "    Solver Input File: SolverGdInp.dat\n" +
-                                  (shape == LAYERED ? "    Layer File: layers.dat\n" : "") +
-                                  "End Options\nStart Body Definitions\n    New Body\n"
-                                  "        name: B\n        type: STL\n"
-                                  "        Points File: " KAVEX_TEST_DATA
-                                  "/stl/unit_cube.STL\n"
-                                  "        used in solver: True\n"
-                                  "    #\nEnd Body Definitions\n";
-            for (const char* axis : {"X", "Y", "Z"})
-                project += std::string("Body ") + axis + "-GridSpec\n    New GridSpec\n" +
-                           " from: B L" + before + "\n to: B L0.0\n number of Grids: " + outer +
-                           "\n GP Ratio: -" + ratio + "\n    #\n    New GridSpec\n in: B\n" +
-                           " number of Grids: " + core + "\n GP Ratio: 1.0\n" + symmetry +
-                           "    #\n    New GridSpec\n from: B L1.0\n to: B L" + after + "\n" +
-                           " number of Grids: " + outer + "\n GP Ratio: " + ratio +
-                           "\n    #\nEnd " + axis + "-Grid Spec\n";
+            const std::string project = Project(
+                Fmt("    Debug Level: %d\n    Solver Input File: SolverGdInp.dat\n", round) +
+                    (shape == LAYERED ? "    Layer File: layers.dat\n" : ""),
+                BodyText("B", "STL", KAVEX_TEST_DATA "/stl/unit_cube.STL"),
+                {" from: B L" + before + "\n to: B L0.0\n number of Grids: " + outer +
+                     "\n GP Ratio: -" + ratio + "\n",
+                 " in: B\n number of Grids: " + core + "\n GP Ratio: 1.0\n" + symmetry,
+                 " from: B L1.0\n to: B L" + after + "\n number of Grids: " + outer +
+                     "\n GP Ratio: " + ratio + "\n"});
             std::string layers;
             for (int list = 0; list < 6; ++list)
                 layers += "1\n1 " + Fmt("%.4f", 0.5 + u(rng)) + " 1.0 " +
