@@ -66,38 +66,28 @@ inline RunResult RunProgram(const char* program, const std::vector<std::string>&
             ReadWholeFile(errPath)};
 }
 
-// Copies examples/<example>, all its files or those named, into `dir` and returns its project's
-// name; with `blnCuts` the points file of body N also goes to "N-x.cut", as examples/run.sh does.
-inline std::string CopyExample(const std::string& example, const std::string& dir,
-                               std::vector<std::string> names = {}, bool blnCuts = false) {
-    const std::string from = KAVEX_SOURCE_DIR "/examples/" + example + "/";
-    const bool blnAll = names.empty();
-    std::string project;
-    for (const auto& entry : boost::filesystem::directory_iterator(from)) {
-        if (entry.path().extension() == ".Grid") project = entry.path().filename().string();
-        if (blnAll) names.push_back(entry.path().filename().string());
-    }
-    for (const std::string& name : names)
-        WriteWholeFile(dir + "/" + name, ReadWholeFile(from + name));
-    std::istringstream lines(ReadWholeFile(from + project));
-    int n = 0;
-    for (std::string line; blnCuts && std::getline(lines, line);)
-        if (line.find("Points File: ") != std::string::npos)
-            WriteWholeFile(dir + "/" + std::to_string(++n) + "-x.cut",
-                           ReadWholeFile(from + line.substr(line.find("Points File: ") + 13)));
-    return project;
-}
-
-// A copy of examples/<example> in a run directory, by default a scratch one of its own, laid out
-// as examples/run.sh lays one out when `blnCuts`.
+// A copy of examples/<example> in a run directory, by default a scratch one of its own; with
+// `blnCuts` laid out as examples/run.sh lays one out: the points file of body N also as "N-x.cut".
 struct ExampleRun {
     ScratchDir dir;
     std::string strRunDir, strProject;
 
     explicit ExampleRun(const std::string& example, bool blnCuts = true,
                         const std::string& runDir = "")
-        : strRunDir(runDir.empty() ? dir.Path() : runDir),
-          strProject(CopyExample(example, strRunDir, {}, blnCuts)) {}
+        : strRunDir(runDir.empty() ? dir.Path() : runDir) {
+        const std::string from = KAVEX_SOURCE_DIR "/examples/" + example + "/";
+        for (const auto& entry : boost::filesystem::directory_iterator(from)) {
+            const std::string name = entry.path().filename().string();
+            if (entry.path().extension() == ".Grid") strProject = name;
+            WriteWholeFile(*this / name, ReadWholeFile(from + name));
+        }
+        std::istringstream lines(ReadWholeFile(from + strProject));
+        int n = 0;
+        for (std::string line; blnCuts && std::getline(lines, line);)
+            if (line.find("Points File: ") != std::string::npos)
+                WriteWholeFile(*this / (std::to_string(++n) + "-x.cut"),
+                               ReadWholeFile(from + line.substr(line.find("Points File: ") + 13)));
+    }
     std::string operator/(const std::string& name) const { return strRunDir + "/" + name; }
     // Replaces the first `from` in the file (by default the project); false if it is missing.
     bool Edit(const std::string& from, const std::string& to, std::string name = "") const {
