@@ -66,27 +66,48 @@ inline RunResult RunProgram(const char* program, const std::vector<std::string>&
             ReadWholeFile(errPath)};
 }
 
-// Copies examples/<example>, all its files or those named, into `dir` and returns its project's
-// name; with `blnCuts` the points file of body N also goes to "N-x.cut", as examples/run.sh does.
-inline std::string CopyExample(const std::string& example, const std::string& dir,
-                               std::vector<std::string> names = {}, bool blnCuts = false) {
-    const std::string from = KAVEX_SOURCE_DIR "/examples/" + example + "/";
-    const bool blnAll = names.empty();
-    std::string project;
-    for (const auto& entry : boost::filesystem::directory_iterator(from)) {
-        if (entry.path().extension() == ".Grid") project = entry.path().filename().string();
-        if (blnAll) names.push_back(entry.path().filename().string());
+// A copy of examples/<example> in a run directory, by default a scratch one of its own; with
+// `blnCuts` laid out as examples/run.sh lays one out: the points file of body N also as "N-x.cut".
+struct ExampleRun {
+    ScratchDir dir;
+    std::string strRunDir, strProject;
+
+    explicit ExampleRun(const std::string& example, bool blnCuts = true,
+                        const std::string& runDir = "")
+        : strRunDir(runDir.empty() ? dir.Path() : runDir) {
+        const std::string from = KAVEX_SOURCE_DIR "/examples/" + example + "/";
+        for (const auto& entry : boost::filesystem::directory_iterator(from)) {
+            const std::string name = entry.path().filename().string();
+            if (entry.path().extension() == ".Grid") strProject = name;
+            WriteWholeFile(*this / name, ReadWholeFile(from + name));
+        }
+        std::istringstream lines(ReadWholeFile(from + strProject));
+        int n = 0;
+        for (std::string line; blnCuts && std::getline(lines, line);)
+            if (line.find("Points File: ") != std::string::npos)
+                WriteWholeFile(*this / (std::to_string(++n) + "-x.cut"),
+                               ReadWholeFile(from + line.substr(line.find("Points File: ") + 13)));
     }
-    for (const std::string& name : names)
-        WriteWholeFile(dir + "/" + name, ReadWholeFile(from + name));
-    std::istringstream lines(ReadWholeFile(from + project));
-    int n = 0;
-    for (std::string line; blnCuts && std::getline(lines, line);)
-        if (line.find("Points File: ") != std::string::npos)
-            WriteWholeFile(dir + "/" + std::to_string(++n) + "-x.cut",
-                           ReadWholeFile(from + line.substr(line.find("Points File: ") + 13)));
-    return project;
-}
+    std::string operator/(const std::string& name) const { return strRunDir + "/" + name; }
+    // Replaces the first `from` in the file (by default the project); false if it is missing.
+    bool Edit(const std::string& from, const std::string& to, std::string name = "") const {
+        name = *this / (name.empty() ? strProject : name);
+        std::string text = ReadWholeFile(name);
+        const std::size_t at = text.find(from);
+        if (at == std::string::npos) return false;
+        WriteWholeFile(name, text.replace(at, from.size(), to));
+        return true;
+    }
+    // The worker's parameters for the example's project and rotor file.
+    std::vector<std::string> Arguments() const {
+        const std::string rotor = strProject.substr(0, strProject.size() - 5) + ".SlvrRot";
+        return {"-Grid", *this / strProject, "-SlvrRot", *this / rotor, "-pth", strRunDir};
+    }
+    RunResult Run(const char* program, const std::vector<std::string>& arguments,
+                  const std::function<void()>& inChild = nullptr) const {
+        return RunProgram(program, arguments, strRunDir, nullptr, inChild);
+    }
+};
 
 #ifdef KAVEX_GRIDGEN_EXE  // suites that run the executable
 // A run directory holding "proj.Grid" and "rotor.SlvrRot"; Run() starts the executable from it,
@@ -96,9 +117,13 @@ class GridGenRun : public ScratchDir {
     std::string strProject = *this / "proj.Grid";
     std::string strRotor = *this / "rotor.SlvrRot";
 
-    explicit GridGenRun(const std::string& project = "") {
+    // Cut body N's points go to "N-x.cut", where the driver points the generator.
+    explicit GridGenRun(const std::string& project = "", const std::vector<std::string>& cuts = {},
+                        const std::string& layers = "0\n0\n0\n0\n0\n0\n") {
         WriteWholeFile(strProject, project);
         WriteWholeFile(strRotor, "0\n");
+        for (size_t n = 0; n < cuts.size(); ++n) Write(std::to_string(n + 1) + "-x.cut", cuts[n]);
+        if (!cuts.empty()) Write("layers.dat", layers);
     }
     void Write(const std::string& name, const std::string& text) const {
         WriteWholeFile(*this / name, text);
@@ -106,6 +131,11 @@ class GridGenRun : public ScratchDir {
     std::string Read(const std::string& name) const { return ReadWholeFile(*this / name); }
     std::vector<std::string> Arguments() const {
         return {"-Grid", strProject, "-SlvrRot", strRotor, "-pth", Path()};
+    }
+    // Whether the run left a temporary file behind.
+    bool Temporaries() const {
+        return PathExists(*this / "temp.Grid") || PathExists(*this / "temp.SlvrRot") ||
+               PathExists(*this / "temp.ClWdths");
     }
     // The driver's log of a run that reached the generator.
     std::string DriverLog() const {
@@ -122,19 +152,22 @@ class GridGenRun : public ScratchDir {
 #endif
 
 // A body record in the front end's layout.
-inline std::string Body(const std::string& name, const std::string& type, const std::string& points,
-                        bool used = true) {
+inline std::string BodyText(const std::string& name, const std::string& type,
+                            const std::string& points, bool used = true) {
     return "    New Body\n        name: " + name + "\n        type: " + type +
            "\n        Points File: " + points +
            "\n        used in solver: " + (used ? "True" : "False") + "\n    #\n";
 }
 
-// A project: the options' lines, the body records, and on every axis the same grid specs.
+// A project: the options' lines, the body records, and the grid specs of X, of Y and of Z (by
+// default those of X).
 inline std::string Project(const std::string& options, const std::string& bodies,
-                           const std::vector<std::string>& specs) {
+                           const std::vector<std::string>& x, std::vector<std::string> y = {},
+                           std::vector<std::string> z = {}) {
     std::string text = "Start Options\n" + options + "End Options\nStart Body Definitions\n" +
                        bodies + "End Body Definitions\n";
-    for (const char axis : {'X', 'Y', 'Z'}) {
+    for (const auto& [axis, specs] :
+         {std::pair{'X', x}, {'Y', y.empty() ? x : y}, {'Z', z.empty() ? x : z}}) {
         text += Fmt("Body %c-GridSpec\n", axis);
         for (const std::string& spec : specs) text += "    New GridSpec\n" + spec + "    #\n";
         text += Fmt("End %c-Grid Spec\n", axis);

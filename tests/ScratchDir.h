@@ -6,6 +6,7 @@
 #include <boost/filesystem/operations.hpp>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <stdexcept>
 #include <string>
 
@@ -38,6 +39,14 @@ inline std::string ReadWholeFile(const std::string& path) {
 inline void WriteWholeFile(const std::string& path, const std::string& text) {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     out << text;
+}
+
+// Every file in a directory by name, with its bytes.
+inline std::map<std::string, std::string> ReadFolder(const std::string& dir) {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : boost::filesystem::directory_iterator(dir))
+        files[entry.path().filename().string()] = ReadWholeFile(entry.path().string());
+    return files;
 }
 
 inline bool PathExists(const std::string& path) {

@@ -98,7 +98,7 @@ Box Moved(Box b, double by, double scale = 1.0) {
 }  // namespace
 
 TEST(FullPath, UnitCubeWholeFiles) {
-    GridGenRun run(BProject(Body("B", "STL", kCube)));
+    GridGenRun run(BProject(BodyText("B", "STL", kCube)));
     ASSERT_EQ(run.Run().status, 0);
     EXPECT_EQ(run.Read("Kavex3_GridGen.out"),
               "Vantor Version 0.9.15 (Beta) Build 396\n\nReading .Grid file (" + run.strProject +
@@ -123,8 +123,7 @@ TEST(FullPath, UnitCubeWholeFiles) {
             grid += Fmt(" %.5f", line[a == 0 ? n % 11 : a == 1 ? n / 11 % 11 : n / 121]);
     EXPECT_EQ(run.Read("KX3.grid.dat"), grid + GridTail(cells));
     EXPECT_EQ(run.Read("SolverGdInp.dat"), SolverFile(corners, cells));
-    EXPECT_FALSE(PathExists(run / "temp.Grid") || PathExists(run / "temp.SlvrRot") ||
-                 PathExists(run / "temp.ClWdths"));
+    EXPECT_FALSE(run.Temporaries());
 }
 
 // Made bodies on the unit cube's grid: the lists in both files against the closed-box rule.
@@ -137,23 +136,23 @@ TEST(FullPath, MadeBodies) {
         std::vector<Box> blocked;  // in the grid's coordinates
     } cases[] = {
         {"two bodies",
-         Body("B", "STL", kCube) + Body("S", "STL", "side.stl"),
+         BodyText("B", "STL", kCube) + BodyText("S", "STL", "side.stl"),
          "",
          {Moved(kUnitCube, 1.5), Moved(side, 1.5)}},
         {"unused body",
-         Body("B", "STL", kCube) + Body("S", "STL", "side.stl", false),
+         BodyText("B", "STL", kCube) + BodyText("S", "STL", "side.stl", false),
          "",
          {Moved(kUnitCube, 1.5)}},
-        {"nothing used", Body("B", "STL", kCube, false), "", {}},
+        {"nothing used", BodyText("B", "STL", kCube, false), "", {}},
         // The generator scales the box too; the translation is in the scaled units.
         {"conversion factor",
-         Body("B", "STL", kCube),
+         BodyText("B", "STL", kCube),
          "    Conversion Factor: (0.5, 0.5, 0.5)\n",
          {Moved(kUnitCube, 0.75, 0.5)}},
         // Body 2's cut file, as the front end placed it: a square at x = 1.0 and 1.5. Its cells
         // are the generator's: those inside the stack, mirrored into the zero-width end layer.
         {"mixed",
-         Body("B", "STL", kCube) + Body("P", "XcutPlanes", "plate.cut"),
+         BodyText("B", "STL", kCube) + BodyText("P", "XcutPlanes", "plate.cut"),
          "",
          {Moved(kUnitCube, 1.5), {{2.55, 1.3, 1.3}, {3.0, 1.7, 1.7}}}},
     };
@@ -171,7 +170,7 @@ TEST(FullPath, MadeBodies) {
         const std::vector<std::string> cells = Cells(corners, c.blocked);
         EXPECT_EQ(Tail(grid, "\n# Num"), GridTail(cells)) << c.name;
         EXPECT_EQ(run.Read("SolverGdInp.dat"), SolverFile(corners, cells)) << c.name;
-        EXPECT_FALSE(PathExists(run / "temp.ClWdths")) << c.name;
+        EXPECT_FALSE(run.Temporaries()) << c.name;
     }
 }
 
@@ -185,7 +184,7 @@ TEST(FullPath, RealBodies) {
              {"STL", "/stl/blade.stl"},
              {"STL", "/stl/bunny.stl"},
              {"Plot3D", "/plot3d/m100_refsurf_p3d.fmt"}}) {
-        GridGenRun run(BProject(Body("B", type, data + file)));
+        GridGenRun run(BProject(BodyText("B", type, data + file)));
         ASSERT_EQ(run.Run().status, 0) << file;
         EXPECT_EQ(run.Read("Kavex3_GridGen.err"), "");
         const std::string grid = run.Read("KX3.grid.dat");

@@ -19,7 +19,7 @@ std::string DomainProject(const std::string& gridStart, const std::string& bodie
 }
 
 std::string CutBody(const std::string& name, bool used) {
-    return Body(name, "XcutPlanes", name + ".cut", used);
+    return BodyText(name, "XcutPlanes", name + ".cut", used);
 }
 
 // The domain, not used in the solver: X-cut planes at x = 0 and 100, (y, z) square 0 .. 100.
@@ -29,18 +29,6 @@ const char* const kDomainCut =
 // Per axis 7 corner points without layers: the start twice, 25 .. 100, 100 again.
 const std::vector<double> kCorners[3] = {
     {0, 0, 25, 50, 75, 100, 100}, {0, 0, 25, 50, 75, 100, 100}, {0, 0, 25, 50, 75, 100, 100}};
-
-// The driver points the generator at <run dir>/N-x.cut for cut body N: the points go there.
-struct CutRun : GridGenRun {
-    CutRun(const std::string& project, const std::vector<std::string>& cutFiles)
-        : GridGenRun(project) {
-        Write("layers.dat", "0\n0\n0\n0\n0\n0\n");
-        for (size_t n = 0; n < cutFiles.size(); ++n)
-            Write(std::to_string(n + 1) + "-x.cut", cutFiles[n]);
-        status = Run().status;
-    }
-    int status;
-};
 
 //  Block, seen along X (cells of 25 on the 0 .. 100 lines; body ####), from x = 22 to 78:
 //
@@ -65,8 +53,8 @@ TEST(GenBodiesRun, CutBodyAtTheThresholdInEitherPlaneOrderBlocksItsBoundaryCells
                               "4, 3, 2", "4, 3, 3", "4, 3, 4", "4, 4, 2", "4, 4, 3", "4, 4, 4",
                               "3, 3, 1", "3, 4, 1", "4, 3, 1", "4, 4, 1"});
     for (const std::string& block : {ascending, descending}) {
-        CutRun run(project, {kDomainCut, block});
-        ASSERT_EQ(run.status, 0) << run.Read("Kavex3_GridGen.err");
+        GridGenRun run(project, {kDomainCut, block});
+        ASSERT_EQ(run.Run().status, 0) << run.Read("Kavex3_GridGen.err");
         EXPECT_EQ(run.Read("SolverGdInp.dat"), expected);
         EXPECT_EQ(run.Read("KX3.grid.dat"), GridFile(kCorners, "# 0.000000 0.000000 0.000000"));
     }
@@ -85,8 +73,8 @@ TEST(GenBodiesRun, ThinCutBodyAndRotorCentreInTheSolverFile) {
         DomainProject("(10.0,0.0,0.0)", CutBody("Domain", false) + rotor + CutBody("Thin", true));
     const std::string thin =
         "2 4\n30\n25 25\n50 25\n50 75\n25 75\n32\n25 25\n100 25\n100 75\n25 75\n";
-    CutRun run(project, {kDomainCut, thin});
-    ASSERT_EQ(run.status, 0) << run.Read("Kavex3_GridGen.err");
+    GridGenRun run(project, {kDomainCut, thin});
+    ASSERT_EQ(run.Run().status, 0) << run.Read("Kavex3_GridGen.err");
     EXPECT_EQ(run.Read("SolverGdInp.dat"),
               SolverFile(kCorners, {"3, 3, 3", "3, 3, 4", "3, 4, 3", "3, 4, 4"},
                          "#\n# Number of Rotors:\n1\n#\n# Rotor Centers (X, Y, Z):\n"

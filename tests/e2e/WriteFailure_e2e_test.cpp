@@ -22,17 +22,6 @@ namespace {
 
 using Files = std::map<std::string, std::string>;  // name -> bytes
 
-Files ReadFolder(const std::string& dir) {
-    Files files;
-    for (const auto& entry : boost::filesystem::directory_iterator(dir))
-        files[entry.path().filename().string()] = ReadWholeFile(entry.path().string());
-    return files;
-}
-
-bool IsLog(const std::string& name) {
-    return name.rfind("Kavex3_GridGen.", 0) == 0;
-}
-
 // A write past the limit fails with EFBIG instead of ending the process.
 std::function<void()> FileSizeLimit(long long bytes) {
     if (bytes < 0) return nullptr;
@@ -43,39 +32,12 @@ std::function<void()> FileSizeLimit(long long bytes) {
     };
 }
 
-// A run directory laid out as examples/run.sh lays one out: the example's files, and the points
-// file of body N as "N-x.cut".
-struct ExampleRun {
-    ScratchDir dir;
-    std::string strProject;
-    Files inputs;
-
-    explicit ExampleRun(const std::string& example, const std::string& strRunDir = "")
-        : m_strRunDir(strRunDir.empty() ? dir.Path() : strRunDir) {
-        strProject = CopyExample(example, m_strRunDir, {}, true);
-        inputs = ReadFolder(m_strRunDir);
-    }
-    std::vector<std::string> Arguments() const {
-        std::string rotor = strProject.substr(0, strProject.size() - 5) + ".SlvrRot";
-        return {"-Grid",    m_strRunDir + "/" + strProject,
-                "-SlvrRot", m_strRunDir + "/" + rotor,
-                "-pth",     m_strRunDir};
-    }
-    RunResult Run(long long limit = -1, const char* program = KAVEX_GRIDGEN_EXE,
-                  std::vector<std::string> extra = {}) const {
-        std::vector<std::string> arguments = Arguments();
-        arguments.insert(arguments.end(), extra.begin(), extra.end());
-        return RunProgram(program, arguments, m_strRunDir, nullptr, FileSizeLimit(limit));
-    }
-    std::string m_strRunDir;
-};
-
-// The files a run makes (not its logs) with what a run without limit writes into them.
-Files Outputs(const ExampleRun& run, const Files& all) {
-    Files outputs;
-    for (const auto& [name, bytes] : all)
-        if (!IsLog(name) && !run.inputs.count(name)) outputs[name] = bytes;
-    return outputs;
+// The example's worker run under a file-size limit (none below 0), or the program's with extras.
+RunResult RunUnder(const ExampleRun& run, long long limit, const char* program = KAVEX_GRIDGEN_EXE,
+                   std::vector<std::string> extra = {}) {
+    std::vector<std::string> arguments = run.Arguments();
+    arguments.insert(arguments.end(), extra.begin(), extra.end());
+    return run.Run(program, arguments, FileSizeLimit(limit));
 }
 
 // "\nError: writing '<path>': <reason>\n": the path's file name, empty when the log is otherwise.
@@ -98,9 +60,12 @@ std::string Relocated(std::string bytes, const std::string& from, const std::str
 
 void CheckUnderLimits(const std::string& example) {
     const ExampleRun reference(example);
-    ASSERT_EQ(reference.Run().status, 0);
-    const Files expected = ReadFolder(reference.dir.Path());
-    const Files outputs = Outputs(reference, expected);
+    const Files inputs = ReadFolder(reference.strRunDir);
+    ASSERT_EQ(RunUnder(reference, -1).status, 0);
+    const Files expected = ReadFolder(reference.strRunDir);
+    Files outputs;  // the files the run makes, not its logs, as a run without limit writes them
+    for (const auto& [name, bytes] : expected)
+        if (name.rfind("Kavex3_GridGen.", 0) != 0 && !inputs.count(name)) outputs[name] = bytes;
     // Every file's last byte, and 30 steps from nothing to the largest file; a file's first
     // version, met after a failure, adds its own last byte.
     std::set<long long> pending, done;
@@ -125,16 +90,16 @@ void CheckUnderLimits(const std::string& example) {
         SCOPED_TRACE(example + " with files limited to " + std::to_string(limit) + " bytes");
         const ExampleRun run(example);
         // Each output of a run before this one, which a failure must leave whole.
-        for (const auto& [name, bytes] : outputs) WriteWholeFile(run.dir / name, "old\n");
-        const RunResult r = run.Run(limit);
-        const Files got = ReadFolder(run.dir.Path());
+        for (const auto& [name, bytes] : outputs) WriteWholeFile(run / name, "old\n");
+        const RunResult r = RunUnder(run, limit);
+        const Files got = ReadFolder(run.strRunDir);
         if (r.status == 0) {
             std::string names;
             for (const auto& [name, bytes] : got) names += name + " ";
             EXPECT_EQ(got.size(), expected.size()) << names;
             for (const auto& [name, bytes] : expected)
                 EXPECT_TRUE(got.count(name) &&
-                            got.at(name) == Relocated(bytes, reference.dir.Path(), run.dir.Path()))
+                            got.at(name) == Relocated(bytes, reference.strRunDir, run.strRunDir))
                     << name;
             continue;
         }
@@ -166,7 +131,7 @@ TEST(WriteFailure, ExamplesUnderFileSizeLimits) {
 // The limit reaches the worker through the client: a run that failed reports no success.
 TEST(WriteFailure, LinkedRunReportsNoSuccessfulCompletion) {
     const ExampleRun reference("cut_body");
-    ASSERT_EQ(reference.Run().status, 0);
+    ASSERT_EQ(RunUnder(reference, -1).status, 0);
     // A limit below the size of a file, and the file that meets it first; each limit lies above
     // the size of the client's own report. The project's copy is longer than the project.
     const std::pair<const char*, const char*> cases[] = {{"block.Grid", "temp.Grid"},
@@ -174,14 +139,14 @@ TEST(WriteFailure, LinkedRunReportsNoSuccessfulCompletion) {
                                                          {"KX3.grid.dat", "KX3.grid.dat"}};
     for (const auto& [sizeOf, name] : cases) {
         SCOPED_TRACE(name);
-        const std::size_t size = ReadWholeFile(reference.dir / sizeOf).size();
+        const std::size_t size = ReadWholeFile(reference / sizeOf).size();
         const ExampleRun run("cut_body");
         const RunResult r =
-            run.Run(size - 1, KAVEX3_CLIENT_EXE, {"-worker", KAVEX_GRIDGEN_EXE, "--nocheck"});
+            RunUnder(run, size - 1, KAVEX3_CLIENT_EXE, {"-worker", KAVEX_GRIDGEN_EXE, "--nocheck"});
         EXPECT_EQ(r.status, 1) << r.strStdout;
         EXPECT_THAT(r.strStdout, HasSubstr("exit status 1\nSuccessful completion: no\n"));
         EXPECT_THAT(r.strStdout, HasSubstr(std::string(name) + "': File too large"));
-        EXPECT_FALSE(PathExists(run.dir / "KX3.grid.dat"));
+        EXPECT_FALSE(PathExists(run / "KX3.grid.dat"));
     }
 }
 
@@ -193,10 +158,10 @@ TEST(WriteFailure, RunOnAFullFilesystem) {
     if (unshare(CLONE_NEWNS) != 0 || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
         GTEST_SKIP() << "no mount namespace here (" << std::strerror(errno) << ")";
     const ExampleRun reference("stl_body");
-    ASSERT_EQ(reference.Run().status, 0);
-    const std::size_t page = 4096, grid = ReadWholeFile(reference.dir / "KX3.grid.dat").size();
+    ASSERT_EQ(RunUnder(reference, -1).status, 0);
+    const std::size_t page = 4096, grid = ReadWholeFile(reference / "KX3.grid.dat").size();
     std::size_t others = 4 * page;  // the logs and the temporary files
-    for (const auto& [name, bytes] : ReadFolder(reference.dir.Path()))
+    for (const auto& [name, bytes] : ReadFolder(reference.strRunDir))
         if (name != "KX3.grid.dat") others += (bytes.size() + page - 1) / page * page;
     struct Case {
         std::size_t room;
@@ -211,8 +176,8 @@ TEST(WriteFailure, RunOnAFullFilesystem) {
                         ("size=" + std::to_string(c.room)).c_str()),
                   0)
             << std::strerror(errno);
-        const ExampleRun run("stl_body", mountPoint.Path());
-        const RunResult r = run.Run();
+        const ExampleRun run("stl_body", true, mountPoint.Path());
+        const RunResult r = RunUnder(run, -1);
         const Files got = ReadFolder(mountPoint.Path());
         umount(mountPoint.Path().c_str());
         EXPECT_EQ(r.status, 1);

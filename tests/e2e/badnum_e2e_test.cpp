@@ -18,46 +18,30 @@
 
 namespace {
 
-using Edits = std::vector<std::pair<std::string, std::string>>;
+// The run of an example copy: the exit status, or 1000 + the signal, 124 for a timeout. The cut
+// file is supplied as run.sh does, after the edits; a sanitizer's report ends the run with its own
+// status; outputs stay below 200 MB.
+int RunEdited(const ExampleRun& run) {
+    const std::string cmd =
+        "cd '" + run.strRunDir + "' && { [ ! -f block.cut ] || cp block.cut 1-x.cut; } && " +
+        "ulimit -f 200000 && ASAN_OPTIONS=\"${ASAN_OPTIONS:+$ASAN_OPTIONS:}exitcode=86\" " +
+        "UBSAN_OPTIONS=exitcode=87 timeout 60 '" KAVEX_GRIDGEN_EXE "' -Grid " + run.strProject +
+        " -SlvrRot r.SlvrRot -pth '" + run.strRunDir + "' >/dev/null 2>&1";
+    const int status = std::system(cmd.c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
+}
 
-// A copy of an example in a scratch run directory, its cut file supplied as run.sh does.
-class ExampleRun : public ScratchDir {
-  public:
-    explicit ExampleRun(const std::string& example)
-        : m_project(example == "cut_body" ? "block.Grid" : "rotor.Grid") {
-        m_files = {m_project, "layers.dat"};
-        if (example == "cut_body") m_files.push_back("block.cut");
-        CopyExample(example, Path(), m_files);
+struct Copy : ExampleRun {
+    explicit Copy(const char* example) : ExampleRun(example, false) {
         WriteWholeFile(*this / "r.SlvrRot", "0\n");
     }
-    const std::vector<std::string>& files() const { return m_files; }
-    // Replaces the first occurrence of each text; false if one is missing.
-    bool edit(const std::string& name, const Edits& edits) const {
-        std::string text = ReadWholeFile(*this / name);
-        for (const auto& [from, to] : edits) {
-            const size_t at = text.find(from);
-            if (at == std::string::npos) return false;
-            text.replace(at, from.size(), to);
-        }
-        WriteWholeFile(*this / name, text);
-        return true;
+    // The files a mutation may change.
+    std::vector<std::string> Files() const {
+        std::vector<std::string> files = {strProject, "layers.dat"};
+        if (PathExists(*this / "block.cut")) files.push_back("block.cut");
+        return files;
     }
-    // The exit status, or 1000 + the signal, 124 for a timeout. A sanitizer's report ends the run
-    // with its own status; outputs stay below 200 MB.
-    int run() const {
-        const std::string cmd =
-            "cd '" + Path() + "' && { [ ! -f block.cut ] || cp block.cut 1-x.cut; } && " +
-            "ulimit -f 200000 && ASAN_OPTIONS=\"${ASAN_OPTIONS:+$ASAN_OPTIONS:}exitcode=86\" " +
-            "UBSAN_OPTIONS=exitcode=87 timeout 60 '" KAVEX_GRIDGEN_EXE "' -Grid " + m_project +
-            " -SlvrRot r.SlvrRot -pth '" + Path() + "' >/dev/null 2>&1";
-        const int status = std::system(cmd.c_str());
-        return WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
-    }
-    std::string err() const { return ReadWholeFile(*this / "Kavex3_GridGen.err"); }
-
-  private:
-    std::string m_project;
-    std::vector<std::string> m_files;
+    std::string Err() const { return ReadWholeFile(*this / "Kavex3_GridGen.err"); }
 };
 
 // In `file` of its example, each '|'-separated text of `from` becomes the one of `to`; the run
@@ -111,13 +95,11 @@ std::vector<std::string> split(const std::string& text) {
 TEST(BadNumbers, EachFieldIsRefusedWithOneLineAndNoOutput) {
     for (const Case& c : kCases) {
         SCOPED_TRACE(c.message);
-        ExampleRun run(std::string(c.file) == "rotor.Grid" ? "rotor_disc" : "cut_body");
+        Copy run(std::string(c.file) == "rotor.Grid" ? "rotor_disc" : "cut_body");
         const std::vector<std::string> from = split(c.from), to = split(c.to);
-        Edits edits;
-        for (size_t i = 0; i < from.size(); ++i) edits.emplace_back(from[i], to[i]);
-        ASSERT_TRUE(run.edit(c.file, edits));
-        EXPECT_EQ(run.run(), 1);
-        const std::string err = run.err();
+        for (size_t i = 0; i < from.size(); ++i) ASSERT_TRUE(run.Edit(from[i], to[i], c.file));
+        EXPECT_EQ(RunEdited(run), 1);
+        const std::string err = run.Err();
         EXPECT_EQ(err.rfind("\nError: file '", 0), 0u) << err;
         EXPECT_NE(err.find(c.message), std::string::npos) << err;
         EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 2) << err;
@@ -155,8 +137,8 @@ TEST(BadNumbers, MutatedExamplesEndCleanly) {
         "32768", "65536",  "2147483647", "-2147483648", "99999999999", "-2.5", "1e-9"};
     const std::regex number(R"([-+]?[0-9]*\.?[0-9]+([eE][-+]?[0-9]+)?)");
     for (int m = 0, n = count ? std::atoi(count) : 120; m < n; ++m) {
-        ExampleRun run(random() % 2 ? "cut_body" : "rotor_disc");
-        const std::string file = run.files()[random() % run.files().size()];
+        Copy run(random() % 2 ? "cut_body" : "rotor_disc");
+        const std::string file = run.Files()[random() % run.Files().size()];
         const std::string text = ReadWholeFile(run / file);
         std::vector<std::pair<size_t, size_t>> spans;
         for (std::sregex_iterator i(text.begin(), text.end(), number), e; i != e; ++i)
@@ -167,8 +149,8 @@ TEST(BadNumbers, MutatedExamplesEndCleanly) {
         const std::string what = "mutation " + std::to_string(m) + ": " + file + " '" +
                                  text.substr(at, len) + "' at " + std::to_string(at) + " -> " +
                                  value;
-        const int status = run.run();
-        const std::string err = run.err();
+        const int status = RunEdited(run);
+        const std::string err = run.Err();
         ASSERT_TRUE(status == 0 || status == 1) << what << ", status " << status << "\n" << err;
         ASSERT_EQ(err.find("Sanitizer"), std::string::npos) << what << "\n" << err;
         ASSERT_EQ(err.find("runtime error"), std::string::npos) << what << "\n" << err;

@@ -20,40 +20,34 @@ using Pts = std::vector<double>;
 //      0     10
 const char* kCube = "2 5\n0\n0 0\n0 10\n10 10\n10 0\n0 0\n10\n0 0\n0 10\n10 10\n10 0\n0 0\n";
 
-// One run of a project on the cube; the status is the executable's. The run says nothing on its
-// own streams and leaves the project as it was.
-struct RunDir : GridGenRun {
-    int run(const std::string& project) {
-        WriteWholeFile(strProject, project);
-        Write("1-x.cut", kCube);
-        const RunResult r = Run();
-        EXPECT_EQ(r.strStdout + r.strStderr, "");
-        EXPECT_EQ(Read("proj.Grid"), project);
-        return r.status;
-    }
-};
-
 // ---- Project text -------------------------------------------------------------------------
 
 std::string spec(const std::string& from, const std::string& to, const std::string& nGds,
                  const std::string& extra = "") {
-    return "New GridSpec\nfrom: Box L" + from + "\nto: Box L" + to + "\nnumber of Grids: " + nGds +
-           "\n" + extra + "#\n";
+    return "from: Box L" + from + "\nto: Box L" + to + "\nnumber of Grids: " + nGds + "\n" + extra;
 }
 
 // The options, the cube as body "Box" not used in the solver, and the specs of each axis.
-std::string cube_project(int debugLevel, const std::string& start, const std::string& layerFile,
-                         const std::string& x, const std::string& y, const std::string& z) {
-    std::string text = "Start Options\nGrid Start Point: " + start + "\n";
-    text += Fmt("Debug Level: %d\n", debugLevel);
-    if (!layerFile.empty()) text += "Layer File: " + layerFile + "\n";
-    text +=
-        "End Options\nStart Body Definitions\nNew Body\nname: Box\ntype: XcutPlanes\nPoints File: "
-        "cube.cut\nused in solver: False\n#\nEnd Body Definitions\n";
-    for (const auto& [axis, specs] : {std::pair{'X', x}, {'Y', y}, {'Z', z}})
-        text += Fmt("Body %c-GridSpec\n", axis) + specs + Fmt("End %c-Grid Spec\n", axis);
-    return text;
+std::string cube_project(int debugLevel, const std::string& start, bool layers,
+                         const std::vector<std::string>& x, const std::vector<std::string>& y,
+                         const std::vector<std::string>& z) {
+    return Project(Fmt("Grid Start Point: %s\nDebug Level: %d\n", start.c_str(), debugLevel) +
+                       (layers ? "Layer File: layers.dat\n" : ""),
+                   BodyText("Box", "XcutPlanes", "cube.cut", false), x, y, z);
 }
+
+// One run of a project on the cube with the given layer file; it says nothing on its own streams
+// and leaves the project as it was.
+struct RunDir : GridGenRun {
+    RunDir(const std::string& project, const std::string& layers = "")
+        : GridGenRun(project, {kCube}, layers) {
+        const RunResult r = Run();
+        EXPECT_EQ(r.strStdout + r.strStderr, "");
+        EXPECT_EQ(Read("proj.Grid"), project);
+        status = r.status;
+    }
+    int status;
+};
 
 // ---- Grid rules, worked independently ------------------------------------------------------
 
@@ -126,8 +120,7 @@ void expect_files(const RunDir& run, const Axis a[3], const std::string& debug) 
     EXPECT_EQ(run.Read("Lcl2Gbl.dat"), Fmt("%f %f %f \n", a[0].t, a[1].t, a[2].t));
     EXPECT_EQ(run.Read("Kavex3_GridGen.out"), run.DriverLog() + debug);
     EXPECT_EQ(run.Read("Kavex3_GridGen.err"), "");
-    for (const char* temporary : {"temp.Grid", "temp.SlvrRot", "temp.ClWdths"})
-        EXPECT_FALSE(PathExists(run / temporary)) << temporary;
+    EXPECT_FALSE(run.Temporaries());
 }
 
 TEST(GdRunE2E, UniformGradedOverlappingForcedFractionalAndReversedSpecs) {
@@ -136,11 +129,11 @@ TEST(GdRunE2E, UniformGradedOverlappingForcedFractionalAndReversedSpecs) {
     // Z: 3.5 cells over [0,7], rounded to 4; "from 10 to 7" with ratio 2 is [7,10] with ratio 0.5.
     // No layer file: no layers.
     const std::string project =
-        cube_project(0, "(-5.0,1.5,100.0)", "", spec("0", "1", "10") + spec("0.4", "0.6", "10"),
-                     spec("0", "1", "5", "GP Ratio: 1.2\n") + spec("0.5", "0.5", "0"),
-                     spec("0", "0.7", "3.5") + spec("1", "0.7", "3", "GP Ratio: 2\n"));
-    RunDir run;
-    ASSERT_EQ(run.run(project), 0) << run.Read("Kavex3_GridGen.err");
+        cube_project(0, "(-5.0,1.5,100.0)", false, {spec("0", "1", "10"), spec("0.4", "0.6", "10")},
+                     {spec("0", "1", "5", "GP Ratio: 1.2\n"), spec("0.5", "0.5", "0")},
+                     {spec("0", "0.7", "3.5"), spec("1", "0.7", "3", "GP Ratio: 2\n")});
+    RunDir run(project);
+    ASSERT_EQ(run.status, 0) << run.Read("Kavex3_GridGen.err");
 
     Axis a[3];
     a[0].start = -5.0, a[1].start = 1.5, a[2].start = 100.0;
@@ -180,13 +173,11 @@ void layer_widths(Axis a[3]) {
 TEST(GdRunE2E, SymmetryAndLayersWithTheCornerTable) {
     // X: 7 cells over [2,10] kept symmetric about 5: folded pieces [0,2] with 1.75 cells (from
     // the mirror [0,8]) and [2,5] with 2.625 cells, rounded to 2 and 3, then reflected about 5.
-    const std::string project =
-        cube_project(3, "(0.0,0.0,0.0)", "layers.dat",
-                     spec("0.2", "1", "7", "Maintain Symmetry About: Box L0.5\n"),
-                     spec("0", "1", "2"), spec("0", "1", "1"));
-    RunDir run;
-    run.Write("layers.dat", kLayers);
-    ASSERT_EQ(run.run(project), 0) << run.Read("Kavex3_GridGen.err");
+    const std::string project = cube_project(
+        3, "(0.0,0.0,0.0)", true, {spec("0.2", "1", "7", "Maintain Symmetry About: Box L0.5\n")},
+        {spec("0", "1", "2")}, {spec("0", "1", "1")});
+    RunDir run(project, kLayers);
+    ASSERT_EQ(run.status, 0) << run.Read("Kavex3_GridGen.err");
 
     Axis a[3];
     cells(a[0].line, 0, 2, 2);
@@ -295,12 +286,11 @@ std::string small_debug(int level, const RunDir& run, const Axis a[3]) {
 TEST(GdRunE2E, DebugOutputAtEachLevelThreshold) {
     // 2 cells on each axis over the cube, Z symmetric about its middle; one X layer before.
     for (int level : {0, 3, 5, 9, 10}) {
-        const std::string project = cube_project(
-            level, "(1.0,2.0,3.0)", "layers.dat", spec("0", "1", "2"), spec("0", "1", "2"),
-            spec("0", "1", "2", "Maintain Symmetry About: Box L0.5\n"));
-        RunDir run;
-        run.Write("layers.dat", "1\n1 1 2 2 1\n0 0 0 0 0\n");
-        ASSERT_EQ(run.run(project), 0) << run.Read("Kavex3_GridGen.err");
+        const std::string project =
+            cube_project(level, "(1.0,2.0,3.0)", true, {spec("0", "1", "2")}, {spec("0", "1", "2")},
+                         {spec("0", "1", "2", "Maintain Symmetry About: Box L0.5\n")});
+        RunDir run(project, "1\n1 1 2 2 1\n0 0 0 0 0\n");
+        ASSERT_EQ(run.status, 0) << run.Read("Kavex3_GridGen.err");
         Axis a[3];
         for (Axis& axis : a) axis.line = {0, 5, 10};
         a[0].start = 1.0, a[1].start = 2.0, a[2].start = 3.0;

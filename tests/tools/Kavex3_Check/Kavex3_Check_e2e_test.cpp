@@ -9,25 +9,11 @@
 
 namespace {
 
-// A copy of an example in a scratch directory, its project edited.
-struct ExampleCopy {
-    ScratchDir dir;
-    std::string strProject;
-
-    explicit ExampleCopy(const std::string& example)
-        : strProject(CopyExample(example, dir.Path())) {}
-    void Replace(const std::string& from, const std::string& to) {
-        std::string text = ReadWholeFile(dir / strProject);
-        const std::string::size_type at = text.find(from);
-        ASSERT_NE(at, std::string::npos) << from;
-        text.replace(at, from.size(), to);
-        WriteWholeFile(dir / strProject, text);
-    }
-    RunResult Check(std::vector<std::string> arguments = {}) {
-        arguments.insert(arguments.begin(), strProject);
-        return RunProgram(KAVEX3_CHECK_EXE, arguments, dir.Path());
-    }
-};
+// Kavex3_Check on the project of an example's copy, made without the run's cut files.
+RunResult Check(const ExampleRun& copy, std::vector<std::string> arguments = {}) {
+    arguments.insert(arguments.begin(), copy.strProject);
+    return copy.Run(KAVEX3_CHECK_EXE, arguments);
+}
 
 // A UV ball of radius r about the origin, closed: 2 * lon * (bands - 1) facets, as ASCII STL.
 std::string Ball(double r, int lon, int bands) {
@@ -128,19 +114,19 @@ TEST(Kavex3Check, EachMistakeIsAnErrorWithItsFileAndLine) {
     };
     for (const Mistake& row : rows) {
         SCOPED_TRACE(row.name);
-        ExampleCopy copy(row.example);
-        copy.Replace(row.from, row.to);
+        const ExampleRun copy(row.example, false);
+        ASSERT_TRUE(copy.Edit(row.from, row.to));
         std::string expected = row.expected ? row.expected : "";
-        if (!row.extraFile.empty()) WriteWholeFile(copy.dir / "extra.stl", row.extraFile);
+        if (!row.extraFile.empty()) WriteWholeFile(copy / "extra.stl", row.extraFile);
         if (!row.expected) {  // the ball, placed where the grid starts at (100, 100, 100)
-            WriteWholeFile(copy.dir / "extra.stl", ball);
-            copy.Replace("File: pyramid.stl", "File: extra.stl");
+            WriteWholeFile(copy / "extra.stl", ball);
+            ASSERT_TRUE(copy.Edit("File: pyramid.stl", "File: extra.stl"));
             expected =
                 "pyramid.Grid:12: error: body 1 ('extra.stl'): the run drops all 4680 triangles";
         }
         for (std::string::size_type at; (at = expected.find('@')) != std::string::npos;)
-            expected.replace(at, 1, copy.dir.Path());
-        const RunResult run = copy.Check();
+            expected.replace(at, 1, copy.strRunDir);
+        const RunResult run = Check(copy);
         EXPECT_EQ(run.status, 1);
         EXPECT_NE(run.strStdout.find(expected), std::string::npos) << run.strStdout;
     }
@@ -151,11 +137,11 @@ TEST(Kavex3Check, BallThinnedOutAwayFromTheOriginIsAWarning) {
     const std::string ball = Ball(0.1, 60, 40);
     const std::string prefix = "pyramid.Grid:12: warning: body 1 ('extra.stl'): the run drops ";
     for (const char* start : {"(0.0,0.0,0.0)", "(16.0,16.0,16.0)"}) {
-        ExampleCopy copy("stl_body");
-        WriteWholeFile(copy.dir / "extra.stl", ball);
-        copy.Replace("File: pyramid.stl", "File: extra.stl");
-        copy.Replace("(0.0,0.0,0.0)", start);
-        const RunResult run = copy.Check();
+        const ExampleRun copy("stl_body", false);
+        WriteWholeFile(copy / "extra.stl", ball);
+        ASSERT_TRUE(copy.Edit("File: pyramid.stl", "File: extra.stl"));
+        ASSERT_TRUE(copy.Edit("(0.0,0.0,0.0)", start));
+        const RunResult run = Check(copy);
         EXPECT_EQ(run.status, 0) << run.strStdout;
         const std::string::size_type at = run.strStdout.find(prefix);
         if (start[1] == '0') {  // at the origin nothing is dropped, and the ball is closed
@@ -173,8 +159,8 @@ TEST(Kavex3Check, BallThinnedOutAwayFromTheOriginIsAWarning) {
 }
 
 TEST(Kavex3Check, MissingOrEmptyProjectAndMissingRotorFile) {
-    ExampleCopy copy("cut_body");
-    WriteWholeFile(copy.dir / "empty.Grid", "\n  \n");
+    const ExampleRun copy("cut_body", false);
+    WriteWholeFile(copy / "empty.Grid", "\n  \n");
     const std::pair<std::vector<std::string>, std::string> rows[] = {
         {{"block.Grid", "-SlvrRot", "none.SlvrRot"},
          "none.SlvrRot: error: cannot open the rotor file: No such file or directory\n"},
@@ -183,7 +169,7 @@ TEST(Kavex3Check, MissingOrEmptyProjectAndMissingRotorFile) {
         {{"none.Grid"}, "none.Grid: error: cannot open the project: No such file or directory"},
     };
     for (const auto& [arguments, expected] : rows) {
-        const RunResult run = RunProgram(KAVEX3_CHECK_EXE, arguments, copy.dir.Path());
+        const RunResult run = copy.Run(KAVEX3_CHECK_EXE, arguments);
         EXPECT_EQ(run.status, 1);
         EXPECT_NE(run.strStdout.find(expected), std::string::npos) << run.strStdout;
     }
@@ -192,8 +178,8 @@ TEST(Kavex3Check, MissingOrEmptyProjectAndMissingRotorFile) {
 TEST(Kavex3Check, EveryExampleChecksWithoutErrors) {
     for (const char* example : {"cut_body", "rotor_disc", "stl_body", "mixed_bodies"}) {
         SCOPED_TRACE(example);
-        ExampleCopy copy(example);
-        const RunResult run = copy.Check();
+        const ExampleRun copy(example, false);
+        const RunResult run = Check(copy);
         EXPECT_EQ(run.status, 0) << run.strStdout;
         EXPECT_NE(run.strStdout.find("\n0 errors, "), std::string::npos) << run.strStdout;
     }
@@ -201,19 +187,16 @@ TEST(Kavex3Check, EveryExampleChecksWithoutErrors) {
 
 // The summary's counts and sizes against a real run of the cut-body example.
 TEST(Kavex3Check, SummaryMatchesARealRun) {
-    ExampleCopy copy("cut_body");
-    const RunResult check = copy.Check({"--json", "-pth", copy.dir.Path()});
-    WriteWholeFile(copy.dir / "1-x.cut", ReadWholeFile(copy.dir / "block.cut"));
-    const RunResult checkWithCut = copy.Check({"--json", "-pth", copy.dir.Path()});
+    const ExampleRun copy("cut_body", false);
+    const RunResult check = Check(copy, {"--json", "-pth", copy.strRunDir});
+    WriteWholeFile(copy / "1-x.cut", ReadWholeFile(copy / "block.cut"));
+    const RunResult checkWithCut = Check(copy, {"--json", "-pth", copy.strRunDir});
     EXPECT_EQ(check.status, 1);  // the run directory has no 1-x.cut yet
     ASSERT_EQ(checkWithCut.status, 0) << checkWithCut.strStdout;
     const nlohmann::json doc = nlohmann::json::parse(checkWithCut.strStdout);
-    const RunResult run = RunProgram(KAVEX_GRIDGEN_EXE,
-                                     {"-Grid", copy.dir / "block.Grid", "-SlvrRot",
-                                      copy.dir / "block.SlvrRot", "-pth", copy.dir.Path()},
-                                     copy.dir.Path());
+    const RunResult run = copy.Run(KAVEX_GRIDGEN_EXE, copy.Arguments());
     ASSERT_EQ(run.status, 0);
-    const std::string grid = ReadWholeFile(copy.dir / "KX3.grid.dat");
+    const std::string grid = ReadWholeFile(copy / "KX3.grid.dat");
     int n[3] = {0, 0, 0};
     ASSERT_EQ(std::sscanf(grid.c_str(), "%*[^\n]\n%d %d %d", &n[0], &n[1], &n[2]), 3);
     const nlohmann::json& s = doc["summary"];
@@ -221,11 +204,11 @@ TEST(Kavex3Check, SummaryMatchesARealRun) {
     EXPECT_EQ(s["cells"], (long long)(n[0] - 1) * (n[1] - 1) * (n[2] - 1));
     EXPECT_EQ(s["grid_file_bytes"], grid.size());
     EXPECT_EQ(s["solver_file"], "SolverGdInp.dat");
-    EXPECT_EQ(s["solver_file_bytes"], ReadWholeFile(copy.dir / "SolverGdInp.dat").size());
+    EXPECT_EQ(s["solver_file_bytes"], ReadWholeFile(copy / "SolverGdInp.dat").size());
     EXPECT_TRUE(s["sizes_exact"]);
     EXPECT_EQ(doc["errors"], 0);
     // The JSON diagnostics are the text form's lines.
-    const RunResult text = copy.Check({"-pth", copy.dir.Path()});
+    const RunResult text = Check(copy, {"-pth", copy.strRunDir});
     ASSERT_FALSE(doc["diagnostics"].empty());
     const nlohmann::json& d = doc["diagnostics"][0];
     EXPECT_EQ(text.strStdout.substr(0, text.strStdout.find('\n')),

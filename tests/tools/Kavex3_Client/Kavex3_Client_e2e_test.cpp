@@ -14,24 +14,21 @@ using testing::HasSubstr;
 
 namespace {
 
-// A run directory holding the bundled cut-body example, its body supplied as "1-x.cut".
-struct ClientRun {
-    ScratchDir dir;
-    ClientRun() {
-        CopyExample("cut_body", dir.Path(), {"block.Grid", "block.SlvrRot", "layers.dat"}, true);
-    }
+// The bundled cut-body example laid out as examples/run.sh lays it out.
+struct ClientRun : ExampleRun {
+    ClientRun() : ExampleRun("cut_body") {}
 
     // Runs the client from the run directory. After 20 s, should it still run, the layer file
     // gets a writer, which releases a generator waiting on a pipe there.
     RunResult Run(std::vector<std::string> arguments, bool blnFull = true) {
-        if (blnFull)
-            arguments.insert(arguments.end(),
-                             {"-Grid", dir / "block.Grid", "-SlvrRot", dir / "block.SlvrRot",
-                              "-pth", dir.Path(), "-worker", KAVEX_GRIDGEN_EXE});
-        return RunProgram(KAVEX3_CLIENT_EXE, arguments, dir.Path(), [&](double seconds) {
+        if (blnFull) {
+            for (const std::string& argument : Arguments()) arguments.push_back(argument);
+            arguments.insert(arguments.end(), {"-worker", KAVEX_GRIDGEN_EXE});
+        }
+        return RunProgram(KAVEX3_CLIENT_EXE, arguments, strRunDir, [&](double seconds) {
             if (seconds < 20) return;
             m_blnReleased = true;
-            close(open((dir / "layers.dat").c_str(), O_WRONLY | O_NONBLOCK));
+            close(open((*this / "layers.dat").c_str(), O_WRONLY | O_NONBLOCK));
         });
     }
     bool m_blnReleased = false;
@@ -47,8 +44,8 @@ TEST(Kavex3Client, RunToTheEndReportsSuccessfulCompletion) {
     EXPECT_THAT(r.strStdout, HasSubstr("\nBegin Grid Generation... ("));
     EXPECT_THAT(r.strStdout, HasSubstr(" s: exit status 0\nSuccessful completion: yes\n"));
     EXPECT_EQ(r.strStdout.find("Error log"), std::string::npos);
-    EXPECT_TRUE(PathExists(run.dir / "KX3.grid.dat"));
-    EXPECT_FALSE(PathExists(run.dir / "temp.Grid") || PathExists(run.dir / "temp.SlvrRot"));
+    EXPECT_TRUE(PathExists(run / "KX3.grid.dat"));
+    EXPECT_FALSE(PathExists(run / "temp.Grid") || PathExists(run / "temp.SlvrRot"));
 }
 
 // The layer file is a pipe with no writer, so the generator waits in its open: the stop comes
@@ -56,7 +53,7 @@ TEST(Kavex3Client, RunToTheEndReportsSuccessfulCompletion) {
 // shutdown of at most a second, reports success, and leaves its temporary files behind.
 TEST(Kavex3Client, StopDuringTheGeneratorEndsTheWorkerWithStatusZero) {
     ClientRun run;
-    const std::string fifo = run.dir / "layers.dat";
+    const std::string fifo = run / "layers.dat";
     std::remove(fifo.c_str());
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     // The check would wait on the pipe as well.
@@ -70,11 +67,11 @@ TEST(Kavex3Client, StopDuringTheGeneratorEndsTheWorkerWithStatusZero) {
     ASSERT_NE(at, std::string::npos) << r.strStdout;
     EXPECT_LE(std::atof(r.strStdout.c_str() + at + marker.size()), 4.5);
     EXPECT_THAT(r.strStdout, HasSubstr(" are partial: the run did not finish\n"));
-    EXPECT_EQ(ReadWholeFile(run.dir / "Kavex3_GridGen.out"),
+    EXPECT_EQ(ReadWholeFile(run / "Kavex3_GridGen.out"),
               "Vantor Version 0.9.15 (Beta) Build 396\n\nReading .Grid file (" +
-                  (run.dir / "block.Grid") + ")...\nBegin Grid Generation...\n");
-    EXPECT_TRUE(PathExists(run.dir / "temp.Grid"));
-    EXPECT_EQ(ReadWholeFile(run.dir / "temp.SlvrRot"), "0\n\n");  // "0\n", last byte doubled
+                  (run / "block.Grid") + ")...\nBegin Grid Generation...\n");
+    EXPECT_TRUE(PathExists(run / "temp.Grid"));
+    EXPECT_EQ(ReadWholeFile(run / "temp.SlvrRot"), "0\n\n");  // "0\n", last byte doubled
 }
 
 // The short run is through its stages long before the stop; the worker then waits for its stop
@@ -89,13 +86,13 @@ TEST(Kavex3Client, StopAfterTheLastStageIsNoStop) {
 
 TEST(Kavex3Client, FailingWorkerIsReportedWithItsErrorLog) {
     ClientRun run;
-    std::remove((run.dir / "1-x.cut").c_str());
+    std::remove((run / "1-x.cut").c_str());
     EXPECT_EQ(run.Run({}).status, 2);  // the check finds the missing cut file first
     const RunResult r = run.Run({"--force"});
     EXPECT_EQ(r.status, 1);
     EXPECT_THAT(r.strStdout, HasSubstr("block.Grid:12: error: body 1 ('block.cut'): cannot open"));
     EXPECT_THAT(r.strStdout, HasSubstr(" s: exit status 1\nSuccessful completion: no\nError log " +
-                                       (run.dir / "Kavex3_GridGen.err") + ":\n"));
+                                       (run / "Kavex3_GridGen.err") + ":\n"));
     EXPECT_THAT(r.strStdout, HasSubstr("can not open body points file"));
 }
 
@@ -107,7 +104,7 @@ TEST(Kavex3Client, ArgumentsThatDontStartARun) {
     for (const auto& [arguments, message] :
          std::vector<std::pair<std::vector<std::string>, std::string>>{
              {{}, ""},
-             {{"-worker", run.dir / "none"}, "Kavex3_Client: no worker to run at"},
+             {{"-worker", run / "none"}, "Kavex3_Client: no worker to run at"},
              {{"-stopafter", "soon"}, "-stopafter needs a number of seconds"}}) {
         const RunResult r = run.Run(arguments, !arguments.empty());
         EXPECT_EQ(r.status, 2);
