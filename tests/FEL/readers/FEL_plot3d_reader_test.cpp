@@ -216,3 +216,28 @@ TEST(FEL_plot3d_reader, TextAxesOnlyWhereTheWholeReadingGivesOneZoneOnAxes) {
         EXPECT_EQ(p, FEL_vector3<float>(1, 0, 1));
     }
 }
+
+// A graded 40 x 30 x 50-node grid in the generator's form, 2.3 MB: three threads cut its text
+// anywhere and give every node as the whole reading does.
+TEST(FEL_plot3d_reader, TextAxesOnThreadsGiveEveryNodeAsTheWholeReading) {
+    std::string text = "\n40 30 50\n";
+    char value[32];
+    for (int a = 0; a < 3; ++a)
+        for (int n = 0; n < 60000; ++n) {
+            const int i = a == 0 ? n % 40 : a == 1 ? n / 40 % 30 : n / 1200;
+            std::snprintf(value, sizeof value, " %12.5f", (a - 1) * 1e3 + i * (1 + 0.07 * i));
+            text += value;
+        }
+    FEL_test_dir dir;
+    const std::string path = dir.write("g", text + "\n# Num. of Body Cells:\n0\n");
+    unsigned flags = 0;
+    const FEL_pointer<FEL_mesh> whole = FEL_read_mesh(path, flags, -1);
+    const FEL_pointer<FEL_mesh> axes = FEL_plot3d_read_text_axes(path, 3);
+    ASSERT_FALSE(axes.null());
+    FEL_vector3<float> p;
+    for (int n = 0; n < 60000; ++n) {
+        ASSERT_TRUE(
+            axes->coordinates_at_vertex_cell(FEL_vertex_cell(n % 40, n / 40 % 30, n / 1200), &p));
+        ASSERT_EQ(p, node(whole, n)) << n;
+    }
+}

@@ -77,3 +77,23 @@ TEST(FEL_text_scan, MappedFileHoldsTheWholeFileAndReportsAMissingOne) {
     EXPECT_EQ(std::string(file.begin(), file.end()), "1 2\n3");
     EXPECT_FALSE(FEL_mapped_file(dir / "missing").ok());
 }
+
+// A token of 1 to 20 bytes, then itself again, or with one byte changed, or run on: a repeat only
+// when every byte matches and white space or the end follows, whichever word a byte falls in.
+TEST(FEL_text_scan, RepeatedTokenMatchesEveryByte) {
+    const std::string afters[] = {"", " 7", "7", "\n" + std::string(20, '9')};
+    for (std::size_t size = 1; size <= 20; ++size)
+        for (std::size_t changed = 0; changed <= size; ++changed)
+            for (const std::string& after : afters) {
+                const std::string token(size, '5');
+                std::string again = token;
+                if (changed < size) again[changed] = '6';
+                const std::string text = token + " " + again + after;
+                const char* p = text.c_str() + size + 1;
+                const bool same = changed == size && after[0] != '7';
+                ASSERT_EQ(FEL_repeats_token(p, text.c_str() + text.size(), text.c_str(), size),
+                          same)
+                    << size << " " << changed << " '" << after << "'";
+                EXPECT_EQ(p, text.c_str() + size + 1 + (same ? size : 0));
+            }
+}
