@@ -110,6 +110,9 @@ static void RunFullPath(DriverContext& run, char* programName, RunFiles& files,
     std::cout << "Reading KX3.grid.dat..." << std::endl;
     FEL_pointer<FEL_mesh> grid =
         ReadGridAsAxes(strGridFile, run.m_intersect.m_options.m_intThreads);
+    // The generator's grid file now lives in grid: it goes beside the intersection, and the
+    // blanked grid that replaces it is written into its room.
+    BackgroundRemoval generatorGrid(strGridFile);
     std::cout << "Translate bodies..." << std::endl;
     TranslateToGlobal(run, bodies, conversionFactor);
     std::cout << "Writing translated bodies..." << std::endl;
@@ -128,6 +131,7 @@ static void RunFullPath(DriverContext& run, char* programName, RunFiles& files,
         strSolverInputFile.empty() ? std::string("SolverGdInp.dat") : strSolverInputFile;
     std::vector<FEL_vector3<int>> generatorCells;
     if (blnMixed) generatorCells = ReadSolverBodyCells(strSolverFile);
+    generatorGrid.Wait();
     WriteFinalOutput(run, strSolverFile, strGridFile, grid, offsets, generatorCells);
     run.m_intersect.m_gridCells.Release();
 }

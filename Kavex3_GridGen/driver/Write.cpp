@@ -126,6 +126,13 @@ FEL_pointer<FEL_mesh> GridAsAxes(FEL_pointer<FEL_mesh> grid) {
                                   new FEL_irregular_axis(n[2], axes[2].release()), "grid_axes"));
 }
 
+BackgroundRemoval::BackgroundRemoval(const std::string& path)
+    : m_thread([path] { std::remove(path.c_str()); }) {}
+
+void BackgroundRemoval::Wait() {
+    if (m_thread.joinable()) m_thread.join();
+}
+
 FEL_pointer<FEL_mesh> ReadGridAsAxes(const std::string& path, int threads) {
     if (!plain_grid_text) {
         FEL_pointer<FEL_mesh> axes =
@@ -142,10 +149,6 @@ void OutputIBlankedGrid(std::string fileName, FEL_pointer<FEL_mesh> mesh,
     // The blanking values of the vertices are never written, so they are not computed.
     FILE* file = gd_try_open_output(fileName.c_str());
     if (!file) return;
-    // The file this one replaces, the generator's grid, has been read: giving its pages back takes
-    // a third of the time of this write, so another core removes it meanwhile. A write that fails
-    // then leaves no file under the name, never part of one.
-    std::thread remover([&fileName] { std::remove(fileName.c_str()); });
     int n[3] = {0, 0, 0};
     mesh->get_structured_dimensions(n);
     std::ostringstream head;
@@ -201,7 +204,6 @@ void OutputIBlankedGrid(std::string fileName, FEL_pointer<FEL_mesh> mesh,
             tail << cell->x << ", " << cell->y << ", " << cell->z << '\n';
         std::fputs(tail.str().c_str(), file);
     }
-    remover.join();  // before the close renames this file into place
     gd_close_output(file);
 }
 

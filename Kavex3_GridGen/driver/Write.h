@@ -3,6 +3,7 @@
 
 #include <stack>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "FEL_mesh.h"
@@ -23,6 +24,20 @@ FEL_pointer<FEL_mesh> GridAsAxes(FEL_pointer<FEL_mesh> grid);
 // GridAsAxes of the grid file read back, read straight into the axes on threads where the file
 // allows it (threads 0: the process's cores); the plain reading with plain_grid_text.
 FEL_pointer<FEL_mesh> ReadGridAsAxes(const std::string& path, int threads);
+
+// Removes a file on a thread of its own, from construction until Wait() or destruction: a file of
+// gigabytes takes a tenth of a second a gigabyte and more to give back.
+class BackgroundRemoval {
+  public:
+    explicit BackgroundRemoval(const std::string& path);
+    ~BackgroundRemoval() { Wait(); }
+    BackgroundRemoval(const BackgroundRemoval&) = delete;
+    BackgroundRemoval& operator=(const BackgroundRemoval&) = delete;
+    void Wait();
+
+  private:
+    std::thread m_thread;
+};
 
 // Rewrites the grid file for the solver: "# a b c" (or an empty line without offsets), the point
 // counts of the mesh, every X, then Y, then Z coordinate of the mesh (i fastest) as one
