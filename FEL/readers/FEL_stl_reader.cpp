@@ -130,6 +130,32 @@ bool FEL_stl_ascii_has_facet(const std::string& path) {
     return !first.empty();
 }
 
+bool FEL_stl_binary_bounds(const std::string& path, FEL_vector3<float>* low,
+                           FEL_vector3<float>* high) {
+    std::ifstream in(path, std::ios::binary);
+    char c = ' ';
+    while (in.get(c) && FEL_is_space(c)) {
+    }
+    unsigned info = 0;
+    if (!in || c == '+' || c == '-' || (c >= '0' && c <= '9') ||
+        FEL_flowviz_deduce_file_type(path, info) != FEL_FILE_STL || info != 1)
+        return false;
+    std::vector<_FEL_triangle> list;
+    FEL_stl_read_mesh_binary(path, list);
+    if (list.empty()) return false;
+    *low = *high = list[0].vertex[0];
+    for (const _FEL_triangle& t : list)
+        for (const FEL_vector3<float>& v : t.vertex)
+            for (int a = 0; a < 3; ++a) {
+                if (v[a] != v[a]) return false;
+                if (v[a] < (*low)[a]) (*low)[a] = v[a];
+                if (v[a] > (*high)[a]) (*high)[a] = v[a];
+            }
+    for (int a = 0; a < 3; ++a)
+        if ((*low)[a] == 0.0f || (*high)[a] == 0.0f) return false;
+    return true;
+}
+
 void FEL_stl_read_mesh_binary(std::string path, std::vector<_FEL_triangle>& triangles) {
     std::ifstream in(path, std::ios::binary);
     char header[80];

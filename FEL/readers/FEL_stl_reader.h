@@ -46,6 +46,13 @@ class FEL_stl_edge {
 // with status 5.
 FEL_pointer<FEL_mesh> FEL_stl_read_mesh(std::string path, unsigned binary);
 
+// The bounding box of the mesh that FEL_read_mesh makes of path, from its facets alone, without
+// the merge: true only for a file that FEL_read_mesh reads as a binary STL (no number opens it for
+// the text tries, its size is that of its count), with facets, no coordinate that is not a number
+// and no side of the box at 0.0 or -0.0 (which of the two the merge keeps, the box shows).
+bool FEL_stl_binary_bounds(const std::string& path, FEL_vector3<float>* low,
+                           FEL_vector3<float>* high);
+
 void FEL_stl_read_mesh_ascii(std::string path, std::vector<_FEL_triangle>& triangles);
 void FEL_stl_read_mesh_binary(std::string path, std::vector<_FEL_triangle>& triangles);
 // Whether the ASCII reading finds at least one complete facet; stops after the first.

@@ -93,7 +93,7 @@ static void RunFullPath(DriverContext& run, char* programName, RunFiles& files,
     const std::string& strRunDir = run.m_strTempDir;
     const std::string strGridFile = strRunDir + "//KX3.grid.dat";
     std::cout << "Reading bodies..." << std::endl;
-    ReadBodies(bodies);
+    BodyReading reading(bodies);
     std::cout << "Writing bounding boxes..." << std::endl;
     WriteOutBoundingBoxes(bodies);
     // A project that mixes cut bodies with surface bodies keeps the generator's cells for its cut
@@ -107,6 +107,7 @@ static void RunFullPath(DriverContext& run, char* programName, RunFiles& files,
     GridOffsets offsets;
     all_cuts_grid_generation(programName, files.strGrid, strRunDir, false, &offsets.dblX,
                              &offsets.dblY, &offsets.dblZ);
+    reading.Wait();
     std::cout << "Reading KX3.grid.dat..." << std::endl;
     FEL_pointer<FEL_mesh> grid =
         ReadGridAsAxes(strGridFile, run.m_intersect.m_options.m_intThreads);

@@ -2,11 +2,15 @@
 #include "driver/ReadGridFile.h"
 
 #include <cstdio>
+#include <exception>
+#include <utility>
 
+#include "FEL_axis_aligned_mesh.h"
 #include "FilePath.h"
 #include "driver/DriverContext.h"
 #include "generator/gdcheck.h"
 #include "readers/FEL_reader.h"
+#include "readers/FEL_stl_reader.h"
 
 static bool Holds(const std::string& line, const char* text) {
     return line.find(text) != std::string::npos;
@@ -105,13 +109,60 @@ bool ReadGridFile(DriverContext& run, std::string gridFile, std::string& solverI
     return false;
 }
 
+namespace {
+
+// A surface body's mesh: a name holding ".p3d" or ".stl" is first tried as text unstructured
+// Plot3D, then the reader detects the format.
+FEL_pointer<FEL_mesh> ReadBodyMesh(const std::string& strPointsFile) {
+    unsigned flags = 0;
+    if (Holds(strPointsFile, ".p3d") || Holds(strPointsFile, ".stl"))
+        flags = FEL_PLOT3D | FEL_PLOT3D_FORTRAN_FORMATTED | FEL_PLOT3D_UNSTRUCTURED;  // 292
+    return FEL_read_mesh(strPointsFile, flags, -1);
+}
+
+// The eight corners of a box, all that a waiting body shows of itself.
+FEL_pointer<FEL_mesh> BoxMesh(const FEL_vector3<float>& v3fLow, const FEL_vector3<float>& v3fHigh) {
+    FEL_axis* axes[3];
+    for (int a = 0; a < 3; ++a)
+        axes[a] = new FEL_irregular_axis(2, new float[2]{v3fLow[a], v3fHigh[a]});
+    return FEL_pointer<FEL_mesh>(new FEL_axis_aligned_mesh(axes[0], axes[1], axes[2], "box"));
+}
+
+}  // namespace
+
 void ReadBodies(std::vector<_BodyStruct>& bodies) {
+    for (_BodyStruct& body : bodies)
+        if (body.eBodyType > BODY_ZCUT) body.pMesh = ReadBodyMesh(body.strPointsFile);
+}
+
+BodyReading::BodyReading(std::vector<_BodyStruct>& bodies) {
     for (_BodyStruct& body : bodies) {
         if (body.eBodyType <= BODY_ZCUT) continue;
-        // Text unstructured Plot3D as a first try; any other form falls back on detection.
-        unsigned flags = 0;
-        if (Holds(body.strPointsFile, ".p3d") || Holds(body.strPointsFile, ".stl"))
-            flags = FEL_PLOT3D | FEL_PLOT3D_FORTRAN_FORMATTED | FEL_PLOT3D_UNSTRUCTURED;  // 292
-        body.pMesh = FEL_read_mesh(body.strPointsFile, flags, -1);
+        FEL_vector3<float> v3fLow, v3fHigh;
+        if (FEL_stl_binary_bounds(body.strPointsFile, &v3fLow, &v3fHigh)) {
+            body.pMesh = BoxMesh(v3fLow, v3fHigh);
+            m_vecWaiting.push_back({&body, body.strPointsFile, FEL_pointer<FEL_mesh>()});
+        } else {
+            body.pMesh = ReadBodyMesh(body.strPointsFile);
+        }
     }
+    if (m_vecWaiting.empty()) return;
+    m_thread = std::thread([this] {
+        try {
+            for (Waiting& waiting : m_vecWaiting) waiting.pMesh = ReadBodyMesh(waiting.strPath);
+        } catch (...) {
+            m_pError = std::current_exception();
+        }
+    });
+}
+
+BodyReading::~BodyReading() {
+    if (m_thread.joinable()) m_thread.join();
+}
+
+void BodyReading::Wait() {
+    if (m_thread.joinable()) m_thread.join();
+    if (m_pError) std::rethrow_exception(std::exchange(m_pError, nullptr));
+    for (Waiting& waiting : m_vecWaiting) waiting.pBody->pMesh = waiting.pMesh;
+    m_vecWaiting.clear();
 }

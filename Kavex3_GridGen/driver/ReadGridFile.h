@@ -1,8 +1,10 @@
 // The driver's pass over a .Grid project: its bodies, its solver file and the rewritten copy.
 #pragma once
 
+#include <exception>
 #include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "FEL_vector3.h"
@@ -42,3 +44,28 @@ bool ReadGridFile(DriverContext& run, std::string gridFile, std::string& solverI
 // meshes. A name holding ".p3d" or ".stl" is first tried as text unstructured Plot3D, then the
 // reader detects the format. An unreadable file throws the mesh library's exception.
 void ReadBodies(std::vector<_BodyStruct>& bodies);
+
+// ReadBodies for the worker's run: a binary STL body whose box its facets give at once
+// (FEL_stl_binary_bounds) is read on one thread of the reading's own, in project order, while
+// the run writes the boxes and generates the grid; until Wait() such a body's pMesh is a mesh of
+// its box alone, which is all that those stages ask of it. Other bodies are read at once. The
+// reader switches FEL_Close off while it merges: no FEL code may run beside it, before Wait().
+class BodyReading {
+  public:
+    explicit BodyReading(std::vector<_BodyStruct>& bodies);
+    ~BodyReading();
+    BodyReading(const BodyReading&) = delete;
+    BodyReading& operator=(const BodyReading&) = delete;
+    // Gives each waiting body its mesh; throws what its reading threw.
+    void Wait();
+
+  private:
+    struct Waiting {
+        _BodyStruct* pBody;
+        std::string strPath;
+        FEL_pointer<FEL_mesh> pMesh;
+    };
+    std::vector<Waiting> m_vecWaiting;
+    std::exception_ptr m_pError;
+    std::thread m_thread;
+};

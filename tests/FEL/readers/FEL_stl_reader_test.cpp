@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cmath>
+#include <cstring>
 #include <iomanip>
 #include <set>
 #include <sstream>
@@ -143,11 +144,19 @@ TEST(FEL_stl_reader, PublicCorpusMatchesIndependentCounts) {
         {"teapot.stl", 894, 480, 4},        {"two_objects_mixed_case_names.stl", 24, 16, 2},
         {"unit_cube.STL", 12, 8, 1},        {"unit_sphere.STL", 1280, 642, 1},
     };
+    int boxed = 0;
     for (const Expected& e : table) {
         SCOPED_TRACE(e.file);
         unsigned flags = 292;  // the bodies' first guess, refused by every STL file
-        const FEL_pointer<FEL_mesh> mesh =
-            FEL_read_mesh(corpus(std::string("stl/") + e.file), flags, -1);
+        const std::string path = corpus(std::string("stl/") + e.file);
+        const FEL_pointer<FEL_mesh> mesh = FEL_read_mesh(path, flags, -1);
+        // Where the facets give the box at once, it is the mesh's, bit for bit.
+        FEL_vector3<float> box[4];
+        if (FEL_stl_binary_bounds(path, &box[0], &box[1])) {
+            ++boxed;
+            mesh->get_bounding_box(&box[2], &box[3]);
+            EXPECT_EQ(std::memcmp(box, box + 2, sizeof box[0] * 2), 0);
+        }
         EXPECT_EQ(flags, 4u);
         const FEL_tetrahedral_mesh& m = surface(mesh);
         EXPECT_EQ(m.get_n_triangles(), e.facets);
@@ -156,5 +165,29 @@ TEST(FEL_stl_reader, PublicCorpusMatchesIndependentCounts) {
         const FEL_vector3<float>* v = m.get_vertices();
         auto key = [](const FEL_vector3<float>& p) { return std::make_tuple(p.x, p.y, p.z); };
         for (int n = 1; n < m.get_n_vertices(); ++n) ASSERT_LT(key(v[n - 1]), key(v[n]));
+    }
+    EXPECT_EQ(boxed, 7);  // the binary files
+}
+
+// The box from the facets alone is given only where the read mesh's box must be the same: not
+// with a side at 0.0 or -0.0 (the merge decides which it keeps), a coordinate that is not a
+// number, a text file, or a number opening the file (the bodies' first guess may take it).
+TEST(FEL_stl_reader, BoxFromTheFacetsOnlyWhereTheMeshMustHaveIt) {
+    const Tri a = {{1, 2, 3}, {4, -5, 6}, {-7, 8, 9}};
+    const Tri zero = {{-0.0f, 1, 1}, {1, 1, 2}, {2, 2, 1}};
+    const Tri nan = {{1, std::nanf(""), 1}, {1, 1, 2}, {2, 2, 1}};
+    const std::tuple<std::string, bool, float> rows[] = {
+        // the file, given, the box's low z
+        {binary_stl({a}), true, 3},     {binary_stl({a, zero}), true, 1},
+        {binary_stl({zero}), false, 0}, {binary_stl({a, nan}), false, 0},
+        {ascii_stl({a}), false, 0},     {"-" + binary_stl({a}).substr(1), false, 0},
+        {binary_stl({}), false, 0}};
+    FEL_test_dir dir;
+    for (const auto& [bytes, given, lowZ] : rows) {
+        FEL_vector3<float> low, high;
+        ASSERT_EQ(FEL_stl_binary_bounds(dir.write("b.stl", bytes), &low, &high), given) << bytes;
+        if (!given) continue;
+        EXPECT_EQ(low, FEL_vector3<float>(-7, -5, lowZ));
+        EXPECT_EQ(high, FEL_vector3<float>(4, 8, 9));
     }
 }
