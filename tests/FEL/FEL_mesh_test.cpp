@@ -25,20 +25,17 @@ FEL_vector3<float>* box_nodes(const FEL_vector3<float>& scale) {
 
 const FEL_cell hex0(FEL_CELL_HEXAHEDRON, 0, 0, 0);
 
-TEST(FEL_mesh, BoundingBoxHoldsPointsOnItsFaces) {
-    FEL_pointer<FEL_mesh> mesh(new FEL_curvilinear_mesh_xyz_layout(2, 2, 2, box_nodes({2, 3, 4})));
-    FEL_vector3<float> min, max;
-    ASSERT_EQ(mesh->get_bounding_box(&min, &max), 1);
-    EXPECT_EQ(min, FEL_vector3<float>(0, 0, 0));
-    EXPECT_EQ(max, FEL_vector3<float>(2, 3, 4));
-    EXPECT_TRUE(mesh->inside_bounding_box(FEL_phys_pos(2, 3, 4)));
-    EXPECT_FALSE(mesh->inside_bounding_box(FEL_phys_pos(2, 3, 4.001f)));
-}
-
-// No stage of the run measures cells or combines iblanks: one compact check of both.
-TEST(FEL_mesh, CellMeasuresAndCombinedIblank) {
+// No stage of the run measures cells, combines iblanks or asks whether a point lies in the
+// bounding box: one compact check of them.
+TEST(FEL_mesh, BoundingBoxCellMeasuresAndCombinedIblank) {
     // A 2 x 3 x 4 box: volume 24, centroid (1, 1.5, 2), edges from 2 to 4.
     FEL_pointer<FEL_mesh> box(new FEL_curvilinear_mesh_xyz_layout(2, 2, 2, box_nodes({2, 3, 4})));
+    FEL_vector3<float> min, max;
+    ASSERT_EQ(box->get_bounding_box(&min, &max), 1);
+    EXPECT_EQ(min, FEL_vector3<float>(0, 0, 0));
+    EXPECT_EQ(max, FEL_vector3<float>(2, 3, 4));
+    EXPECT_TRUE(box->inside_bounding_box(FEL_phys_pos(2, 3, 4)));  // a point on a face is inside
+    EXPECT_FALSE(box->inside_bounding_box(FEL_phys_pos(2, 3, 4.001f)));
     double volume = 0;
     ASSERT_EQ(box->volume_of_cell(hex0, &volume), 1);
     EXPECT_DOUBLE_EQ(volume, 24.0);
