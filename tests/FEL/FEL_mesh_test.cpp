@@ -1,4 +1,4 @@
-// Tests of what the mesh base class implements: the bounding-box cache, cell measures and iblank
+// Tests of what the mesh base class implements: the bounding box, cell measures and iblank
 // combination.
 #include "FEL_mesh.h"
 
@@ -23,36 +23,19 @@ FEL_vector3<float>* box_nodes(const FEL_vector3<float>& scale) {
     return nodes;
 }
 
-class counting_mesh : public FEL_curvilinear_mesh_xyz_layout {
-  public:
-    counting_mesh() : FEL_curvilinear_mesh_xyz_layout(2, 2, 2, box_nodes({2, 3, 4})) {}
-    int compute_bounding_box(FEL_vector3<float>* min, FEL_vector3<float>* max,
-                             const FEL_time& time) override {
-        ++computed;
-        return FEL_curvilinear_mesh_xyz_layout::compute_bounding_box(min, max, time);
-    }
-    int computed = 0;
-};
-
 const FEL_cell hex0(FEL_CELL_HEXAHEDRON, 0, 0, 0);
 
-TEST(FEL_mesh, BoundingBoxIsCachedForAnyTime) {
-    counting_mesh* raw = new counting_mesh;
-    FEL_pointer<FEL_mesh> mesh(raw);
-    FEL_vector3<float> min, max;
-    ASSERT_EQ(mesh->get_bounding_box(&min, &max), 1);
-    EXPECT_EQ(min, FEL_vector3<float>(0, 0, 0));
-    EXPECT_EQ(max, FEL_vector3<float>(2, 3, 4));
-    ASSERT_EQ(mesh->get_bounding_box(&min, &max, FEL_time::from_step(7)), 1);
-    EXPECT_EQ(raw->computed, 1);
-    EXPECT_TRUE(mesh->inside_bounding_box(FEL_phys_pos(2, 3, 4)));
-    EXPECT_FALSE(mesh->inside_bounding_box(FEL_phys_pos(2, 3, 4.001f)));
-}
-
-// No stage of the run measures cells or combines iblanks: one compact check of both.
-TEST(FEL_mesh, CellMeasuresAndCombinedIblank) {
+// No stage of the run measures cells, combines iblanks or asks whether a point lies in the
+// bounding box: one compact check of them.
+TEST(FEL_mesh, BoundingBoxCellMeasuresAndCombinedIblank) {
     // A 2 x 3 x 4 box: volume 24, centroid (1, 1.5, 2), edges from 2 to 4.
     FEL_pointer<FEL_mesh> box(new FEL_curvilinear_mesh_xyz_layout(2, 2, 2, box_nodes({2, 3, 4})));
+    FEL_vector3<float> min, max;
+    ASSERT_EQ(box->get_bounding_box(&min, &max), 1);
+    EXPECT_EQ(min, FEL_vector3<float>(0, 0, 0));
+    EXPECT_EQ(max, FEL_vector3<float>(2, 3, 4));
+    EXPECT_TRUE(box->inside_bounding_box(FEL_phys_pos(2, 3, 4)));  // a point on a face is inside
+    EXPECT_FALSE(box->inside_bounding_box(FEL_phys_pos(2, 3, 4.001f)));
     double volume = 0;
     ASSERT_EQ(box->volume_of_cell(hex0, &volume), 1);
     EXPECT_DOUBLE_EQ(volume, 24.0);

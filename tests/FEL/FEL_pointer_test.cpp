@@ -19,22 +19,6 @@ class Probe : public FEL_mutex_reference_counted_object {
     int* live;
 };
 
-TEST(FEL_pointer, CountsHoldersAndSurvivesSelfAssignment) {
-    int live = 0;
-    FEL_pointer<Probe> a(new Probe(&live));
-    {
-        FEL_pointer<FEL_reference_counted_object> base = a;
-        EXPECT_EQ(a->get_reference_count(), 2);
-    }
-    FEL_pointer<Probe>& alias = a;
-    a = alias;
-    a = a.get();
-    ASSERT_FALSE(a.null());
-    EXPECT_EQ(a->get_reference_count(), 1);
-    a = nullptr;
-    EXPECT_EQ(live, 0);
-}
-
 // The parent holds the only reference to the child; moving the pointer from parent to child
 // releases the parent, which releases the child: the child survives only if it was taken first.
 TEST(FEL_pointer, TakesTheNewReferenceBeforeReleasingTheOld) {

@@ -194,41 +194,4 @@ TEST(GdRunE2E, SymmetryAndLayersWithTheCornerTable) {
     EXPECT_NE(run.Read("Kavex3_GridGen.out").find("infinity"), std::string::npos);
 }
 
-// Each part of the debug output appears above its level's threshold and not at it: levels on both
-// sides of every threshold. 2 cells on each axis over the cube, Z symmetric about its middle (its
-// mirrored specs), one X layer before; the corner table, the same at every level above 0, is
-// compared whole.
-TEST(GdRunE2E, DebugOutputPartsAppearAboveTheirThresholds) {
-    const std::pair<const char*, int> parts[] = {
-        {"\nGrid Lines - almost just after reading in the spec\n", 5},
-        {"\nGrid-Line Pts:\n", 5},
-        {"\nPre-Fixed Pts - before mirroring & sorting:\n", 9},
-        {"Symmetry Mirrored Grid Specs:\n", 9},
-        {"\nBefore Layer Added\n", 3},
-        {"\n\nX-Layer Before Body\n", 3},
-        {"\nBody Points Translated By: [", 3},
-        {"\nNum. Of I, J, K Corner Points: ", 0}};
-    for (int level : {0, 1, 3, 4, 5, 6, 9, 10}) {
-        SCOPED_TRACE(level);
-        const std::string project =
-            cube_project(level, "(1.0,2.0,3.0)", true, {spec("0", "1", "2")}, {spec("0", "1", "2")},
-                         {spec("0", "1", "2", "Maintain Symmetry About: Box L0.5\n")});
-        RunDir run(project, "1\n1 1 2 2 1\n0 0 0 0 0\n");
-        ASSERT_EQ(run.status, 0) << run.Read("Kavex3_GridGen.err");
-        const std::string log = run.Read("Kavex3_GridGen.out");
-        for (const auto& [part, threshold] : parts)
-            EXPECT_EQ(log.find(part) != std::string::npos, level > threshold) << part;
-        Axis a[3];
-        for (Axis& axis : a) axis.line = {0, 5, 10};
-        a[0].start = 1.0, a[1].start = 2.0, a[2].start = 3.0;
-        a[0].before = {1.0, 1.0};
-        for (Axis& axis : a) axis.finish();
-        if (level == 0) {
-            expect_files(run, a, "");
-        } else {
-            EXPECT_NE(log.find(corner_table(a)), std::string::npos);
-        }
-    }
-}
-
 }  // namespace

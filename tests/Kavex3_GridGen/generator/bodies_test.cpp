@@ -1,9 +1,8 @@
-// Tests of the line generator's bodies: points files, boxes, scaling, translation and listing.
+// Tests of the line generator's bodies: points files, boxes, scaling and translation.
 #include "generator/bodies.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 
 #include "gdtest_util.h"
@@ -87,27 +86,6 @@ TEST_F(BodiesTest, RotorAndCuboidBoxesFollowTheirScaleRules) {
     EXPECT_EQ(box(allBdys[3]), kUnset);
     // Z planes: posn by 4, pairs (X, Y) by (2, 3).
     EXPECT_EQ(box(allBdys[4]), (Pts{-6, -18, -8, 8, 6, 20}));
-}
-
-TEST_F(BodiesTest, RotorAndCuboidListingsAreExact) {
-    // A cut body's listing is part of the run's debug output.
-    Rotor r{{1, 2, 3}, 0.5, 0.25, 1, 0.009};
-    add_body("Prop", 4)->rotor = &r;
-    double corners[6] = {0, 0, 0, 1, 2, 3};
-    add_body("Crate", 3)->cuboid = corners;
-    bodies_lex_input_done();
-    EXPECT_EQ(stream_text([](FILE* f) { dbgpr_body_info(f, allBdys, numBdys, "Listing"); }),
-              "\nListing\nNo. of Bodys: 2\n\nBody Name: Prop\nBody Points Type: X-Plane Rotor\n"
-              "Rotor Center: (1.000000, 2.000000, 3.000000)\nRotor Radius: 0.500000\n"
-              "Rotor Thickness: 0.250000\nIs Abs. Thickness? True\nPlot Thickness Ratio: 0.009000\n"
-              "Used In Solver: True\nFull Span Used In Solver: True\n"
-              "Bounding Box: (MinXYZ: 0.750000, 1.500000, 2.500000) to "
-              "(MaxXYZ: 1.250000, 2.500000, 3.500000)\n"
-              "\nBody Name: Crate\nBody Points Type: Cuboid\n"
-              "Cuboid Pts: (0.000000, 0.000000, 0.000000) to (1.000000, 2.000000, 3.000000)\n"
-              "Used In Solver: True\nFull Span Used In Solver: True\n"
-              "Bounding Box: (MinXYZ: 0.000000, 0.000000, 0.000000) to "
-              "(MaxXYZ: 1.000000, 2.000000, 3.000000)\n");
 }
 
 using BodiesDeathTest = GenTest;

@@ -1,4 +1,4 @@
-// Tests of the body-cell store: appending, shifting, boundary blocking and the two listings.
+// Tests of the body-cell store: appending, shifting, boundary blocking and the solver's list.
 #include "generator/bodycells.h"
 
 #include <cstdio>
@@ -22,19 +22,6 @@ TEST_F(BodyCellStore, ZeroWidthCellsOnBothSidesAndOnlyNextToTheBoundary) {
                             {1, 0, 7}, {1, 8, 1}, {0, 0, 7}, {2, 0, 7}, {0, 8, 1}, {2, 8, 1},
                             {1, 7, 0}, {0, 7, 0}, {2, 7, 0}, {1, 8, 0}, {0, 8, 0}, {2, 8, 0}};
     EXPECT_EQ(marked_cells(), expected);
-}
-
-TEST_F(BodyCellStore, DebugListsAreShiftedAndAboveLevelNineEachMarkedCell) {
-    mark_body_cell(0, 0, 1, 1, 2, 2);
-    mark_body_cell(0, 9, 1, 10, 2, 11);
-    EXPECT_EQ(stream_text([](FILE* s) { dbgpr_body_cells(s, 1, 2, 3, "Cells"); }),
-              "\nCells\nNum. of Body Cells: 2\n[1, 3, 5]\n[10, 12, 14]\n");
-    gd_options.debugLevel = 10;
-    const std::string text = stream_text([](FILE* s) {
-        gd_options.debugStream = s;
-        mark_body_cell(1, 4, 2, 5, 0, 6);
-    });
-    EXPECT_EQ(text, "[6, 4, 5]\n");
 }
 
 TEST_F(BodyCellStore, LongListsGrowAreWrittenWholeAndShift) {

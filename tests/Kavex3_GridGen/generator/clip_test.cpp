@@ -58,14 +58,4 @@ TEST(ClipPolygon, EdgesWalkedInOrderWithExactCrossingsAndPointsOnTheLineOutside)
     }
 }
 
-TEST(ClipPolygon, OutputGrowsByTen) {
-    // Eleven distinct points inside, closed: twelve in the output, in records of 10 and 20.
-    Poly many, grown;
-    for (int i = 0; i < 11; ++i) append_clip_point(&many.rec, i * 0.1, (i % 2) * 0.1);
-    append_clip_point(&many.rec, 0.0, 0.0);
-    clip_polygon_with_axis_aligned_line(&many.rec, 1, 5.0, 1, &grown.rec);
-    EXPECT_EQ(std::make_pair(grown.rec.count, grown.rec.capacity), std::make_pair(12, 20));
-    EXPECT_EQ(grown.rec.x[0], 0.1);  // the walk starts with the end of the first edge
-}
-
 }  // namespace

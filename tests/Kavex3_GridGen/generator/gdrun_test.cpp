@@ -1,4 +1,4 @@
-// Tests of the run's pieces: banner, grid-points file and the translation file's failure.
+// Tests of the run's pieces: the grid-points file and the translation file's failure.
 #include "generator/gdrun.h"
 
 #include <gtest/gtest.h>
@@ -9,17 +9,6 @@
 namespace {
 
 using GdRun = GenTest;
-
-TEST_F(GdRun, VersionBannerWritesNoFileAndZeroesTheOutValues) {
-    const char* argv[6] = {"gridgen", "-v", "a", "b", "c", "d"};
-    double x = 1, y = 2, z = 3;
-    ::testing::internal::CaptureStdout();
-    EXPECT_EQ(CutsGridGenerator(2, const_cast<char**>(argv), true, &x, &y, &z), 0);
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(),
-              "\n\nGridlet: A Cartesian Structured Grid Generator - Version 1.11.4\n"
-              "Made by the Kavex3 grid team.\n");
-    EXPECT_EQ(x + y + z, 0.0);
-}
 
 TEST_F(GdRun, GridPointsFileAndTheTranslationFilesFailure) {
     set_line(&Xgdln, {0.1, -2.5});

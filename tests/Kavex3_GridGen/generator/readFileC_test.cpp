@@ -1,4 +1,4 @@
-// Tests of the generator's specification reader, its grid specs and its debug dump.
+// Tests of the generator's specification reader and its grid specs.
 #include "generator/readFileC.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +8,6 @@
 #include <tuple>
 
 #include "gdtest_util.h"
-#include "generator/readFileC_dbg.h"
 
 namespace {
 
@@ -65,12 +64,9 @@ TEST_F(ReadFileCTest, ProjectFillsOptionsLinesAndBodies) {
     manage_gridgen_input(file("project.spec", kProject).c_str());
     EXPECT_STREQ(gd_options.solverInpFile, "run/solver.inp");
     EXPECT_EQ(allBdys[0].rotor->isAbsThickness, 1);
-    EXPECT_EQ(stream_text([](FILE* f) { dbgpr_gridline(f, &Xgdln); }),
-              "\nGrid Line Type: X Line\nAll Bodies X Minimum: -1.000000\n"
-              "All Bodies X Maximum: 4.000000\n\nNo. of Grid Specs: 1\n"
-              "\nFrom: 0.000000\nTo: 4.000000\nNum. Grids: 4.000000\nGP Ratio: 0.800000\n"
-              "From Line Fxd: False\nTo Line Fxd: True\n"
-              "\nNumber of Forced Grid Points: 2\nForced Grid Points: -1.000000, 1.000000\n");
+    EXPECT_EQ((Pts{Xgdln.allBdysMin, Xgdln.allBdysMax}), (Pts{-1, 4}));
+    EXPECT_EQ(spec_fields(Xgdln.gdspcs, Xgdln.nGdspcs), (Pts{0, 4, 4, 0.8, 0, 1}));
+    EXPECT_EQ(Pts(Xgdln.frcdGdpts, Xgdln.frcdGdpts + Xgdln.nFrcdGdpts), (Pts{-1, 1}));
 }
 
 TEST_F(ReadFileCTest, DerivedOptionsTakePreferredNamesAndDebugFile) {
@@ -204,16 +200,6 @@ TEST_F(ReadFileCTest, ZeroGridSpecsBecomeForcedPoints) {
               (Pts{0, 9, 5.0, 1.1, 1, 1, 5, 6, 2e-8, 1, 0, 0}));
     EXPECT_EQ(Pts(line.frcdGdpts, line.frcdGdpts + line.nFrcdGdpts), (Pts{0.5, 1, 2, 4, 7}));
     free(line.frcdGdpts);
-}
-
-TEST_F(ReadFileCTest, SpecCollectionGrowsAndIsHandedOver) {
-    for (int i = 0; i < 23; ++i) newBdyGdspc2()->nGds = i;
-    ASSERT_EQ(getNBdyGdspcs(), 23);
-    BdyGdspc* all = getAllBdyGdspcs();
-    reset_newBdyGdspc_parms2();
-    EXPECT_EQ(getNBdyGdspcs(), 0);
-    EXPECT_EQ(all[22].nGds, 22.0);  // the handed-over records are still there
-    free(all);
 }
 
 using ReadFileCDeathTest = GenTest;

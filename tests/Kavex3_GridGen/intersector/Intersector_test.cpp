@@ -1,13 +1,9 @@
-// The witness walk from the grid's corners, in the fast and the literal reading, and the dumps.
+// The witness walk from the grid's corners, in the fast and the literal reading.
 #include "intersector/Intersector.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-
-#include "FEL_axis_aligned_mesh.h"
 #include "IntersectorTestUtil.h"
-#include "ScratchDir.h"
 
 namespace {
 class Walk : public ::testing::TestWithParam<bool> {
@@ -41,40 +37,6 @@ TEST_P(Walk, AClosedBoxKeepsItsInsideUnknownAndUntested) {
     ASSERT_FALSE(s.empty());
     for (Triangle* t : s)
         for (int v = 0; v < 3; ++v) EXPECT_EQ(t->m_adblVertices[3 * v], 1.5);
-}
-
-TEST_P(Walk, DebugLinesAndDumps) {
-    ScratchDir dir;
-    run_.m_blnDebug = true;
-    std::string written;  // the dumps go through the run's writer, which the driver checks
-    run_.m_fnWriteDump = [&](const std::string& path, const std::function<void(std::ostream&)>& w) {
-        std::ofstream out(path);
-        w(out);
-        written += path.substr(path.rfind('/') + 1) + " ";
-    };
-    FEL_pointer<FEL_mesh> grid(new FEL_regular_mesh(3, 3, 3, 1, 1, 1, "grid"));
-    _BodyStruct body, unused;
-    body.pMesh = unused.pMesh =
-        FEL_pointer<FEL_mesh>(new FEL_regular_mesh(2, 2, 1, 0.5f, 0.5f, 1, "b"));
-    body.blnUsedInSolver = true;
-    testing::internal::CaptureStdout();
-    IntersectGrid(run_, grid, {unused, body}, dir.Path());  // the unused body gives no zone
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "3x3x3\nNumber of triangles: 6\nstart discrete  (-1, -1, -1)  (1.5, 1.5, 1)\n"
-              "end discrete\n");
-    const std::string head =
-        "TITLE = \"FEL Intersected Cells\"\nVARIABLES = \"X\" \"Y\" \"Z\"\nZONE N=18, E =6, "
-        "F=FEPOINT, ET=TRIANGLE\n0 0 0   0 0 0   0 0.5 0\n0 0.5 0   0 0.5 0   0 0 0\n"
-        "0.5 0 0   0 0 0   0 0.5 0\n0 0.5 0   0.5 0.5 0   0.5 0 0\n"
-        "0 0 0   0 0 0   0 0.5 0\n0 0.5 0   0 0.5 0   0 0 0\n";
-    std::string numbers;
-    for (int n = 1; n <= 18; ++n) numbers += std::to_string(n) + "\n";
-    EXPECT_EQ(ReadWholeFile(dir / "completeTris.dat"), head + numbers);
-    // Only cell (0, 0, 0) is dumped: the last layer of each axis is left out.
-    TriangleSpan s = cells_.Triangles(cells_(0, 0, 0));
-    EXPECT_NE(ReadWholeFile(dir / "trisglobal.dat").find("ZONE N=" + std::to_string(3 * s.size())),
-              std::string::npos);
-    EXPECT_EQ(written, "completeTris.dat trisglobal.dat ");
 }
 
 INSTANTIATE_TEST_SUITE_P(FastAndPlain, Walk, ::testing::Values(false, true));

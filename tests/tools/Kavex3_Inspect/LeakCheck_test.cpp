@@ -1,5 +1,4 @@
-// Leak check on a hand-made run: winding numbers of a box, settled blocks against every cell,
-// and the statuses a body gets.
+// Leak check on a hand-made run: winding numbers of a box and settled blocks against every cell.
 #include "LeakCheck.h"
 
 #include <gtest/gtest.h>
@@ -57,37 +56,6 @@ TEST(LeakCheck, SettledBlocksAgreeWithEveryCell) {
     InspectSurface inward = run.vecBodies[0].surface;
     for (auto& tri : inward.vecTriangles) std::swap(tri[1], tri[2]);
     EXPECT_EQ(LeakedCells(run, inward, vecNone), vecSettled);
-}
-
-TEST(LeakCheck, StatusAndPathOfEachBody) {
-    struct Case {
-        bool blnTop, blnFilled;
-        BodyStatus eStatus;
-        size_t intLeaked, intPath;
-    };
-    // Filled: every cell of the box blocked, as a run blocks a body it sealed; otherwise the cells
-    // just outside its five walls (1-based 2 and 11, up to K 10), as a run blocks a hollow shell.
-    const Case cases[] = {{true, false, BodyStatus::Closed, 0, 0},
-                          {false, true, BodyStatus::Sealed, 0, 0},
-                          {false, false, BodyStatus::Leaked, 512, 3}};
-    for (const Case& c : cases) {
-        InspectRun run = BoxRun(c.blnTop);
-        for (int k = 2; k <= 10; ++k)
-            for (int j = 2; j <= 11; ++j)
-                for (int i = 2; i <= 11; ++i) {
-                    const bool blnInner = i > 2 && i < 11 && j > 2 && j < 11 && k > 2;
-                    if (blnInner == c.blnFilled) run.vecBlocked.emplace_back(i, j, k);
-                }
-        const BodyLeak leak = CheckLeaks(run)[0];
-        EXPECT_EQ(leak.eStatus, c.eStatus);
-        EXPECT_EQ(leak.vecLeaked.size(), c.intLeaked);
-        ASSERT_EQ(leak.vecPath.size(), c.intPath);
-        if (c.intPath == 0) continue;
-        // Down from the top of the grid (K 12, 11) into the box's top layer (K 10).
-        EXPECT_EQ(leak.vecPath.back()[2], 9);
-        EXPECT_EQ(leak.vecPath.front()[2], 11);
-        EXPECT_EQ(leak.vecHoleEdges.size(), 4u);
-    }
 }
 
 }  // namespace
