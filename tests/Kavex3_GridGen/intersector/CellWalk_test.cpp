@@ -29,11 +29,13 @@ std::vector<int> Literal(const int n[3], const std::vector<char>& open,
 }
 
 TEST(CellWalk, SameCellsAsACellByCellFlood) {
-    // Rows along k shorter than, equal to and longer than a word, and across words.
-    const int shapes[][3] = {{5, 4, 1}, {3, 6, 63}, {4, 3, 64}, {3, 4, 65}, {2, 3, 130}, {6, 5, 9}};
+    // Rows along k shorter than, equal to and longer than a word, and across words; all open and
+    // seeded at the last cell only, a lone row must be filled down across its words.
+    const int shapes[][3] = {{5, 4, 1},   {3, 6, 63}, {4, 3, 64}, {3, 4, 65},
+                             {2, 3, 130}, {6, 5, 9},  {1, 1, 130}};
     std::mt19937 rng(7);
     for (const auto& n : shapes)
-        for (double closed : {0.2, 0.5, 0.7}) {
+        for (double closed : {0.0, 0.2, 0.5, 0.7}) {
             std::vector<float> axes[3];
             for (int a = 0; a < 3; ++a)
                 for (int c = 0; c <= n[a]; ++c) axes[a].push_back(float(c));
@@ -42,9 +44,10 @@ TEST(CellWalk, SameCellsAsACellByCellFlood) {
             std::vector<char> open(cells.Size());
             for (char& o : open) o = std::uniform_real_distribution<double>(0, 1)(rng) >= closed;
             std::vector<std::size_t> seeds;
-            for (int s = 0; s < 3; ++s)
+            for (int s = 0; s < (closed > 0 ? 3 : 1); ++s)
                 seeds.push_back(
-                    std::uniform_int_distribution<std::size_t>(0, open.size() - 1)(rng));
+                    closed > 0 ? std::uniform_int_distribution<std::size_t>(0, open.size() - 1)(rng)
+                               : open.size() - 1);
             std::vector<int> expect = Literal(n, open, seeds);
             long closedTaken = 0;
             for (int t : expect) closedTaken += t == 2;
