@@ -70,13 +70,6 @@ struct token_span {
     std::size_t size = 0;
 };
 
-// A grid's planes repeat their values: x along each row of row_size nodes, y and z in runs. A token
-// with the same bytes as the one it would repeat (the one a row before in x, the one before in y
-// and z) takes that one's value without being converted again: same bytes, same float.
-bool repeats(const char*& p, const char* end, token_span seen) {
-    return FEL_repeats_token(p, end, seen.at, seen.size);
-}
-
 // One coordinate as "%f" reads it.
 bool scan_plainly(const char*& p, const char* end, float* value) {
     const char* stop = p;
@@ -112,7 +105,10 @@ bool read_planes(const char*& p, const char* end, std::int64_t count, FEL_vector
                 if (!scan_plainly(p, end, &xyz[i][c])) return false;
                 continue;
             }
-            if (again && repeats(p, end, seen)) {
+            // A grid's planes repeat their values: x along each row, y and z in runs. A token
+            // with the bytes of the one it would repeat takes that one's value: same bytes, same
+            // float.
+            if (again && FEL_repeats_token(p, end, seen.at, seen.size)) {
                 xyz[i][c] = by_row ? xyz[i - row_size][c] : xyz[i - 1][c];
                 continue;
             }
